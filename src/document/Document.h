@@ -1,0 +1,46 @@
+#pragma once
+// The text of one view: file name, modified state, undo, file reading and writing.
+
+#include <QString>
+#include <memory>
+
+class SourceView;
+class Language;
+
+class Document {
+public:
+    explicit Document(SourceView& view);
+    ~Document();
+
+    QString PathName() const { return pathName_; }
+    void setPathName(const QString& p) { pathName_ = p; }
+    bool Modified() const;
+    // Replaces the text by the file's and clears Modified. A path that doesn't exist leaves the document
+    // empty and throws Failure (errno ENOENT). The file's line ending and encoding are kept for SaveFile.
+    void LoadFile(const QString& path);
+    // Writes atomically and clears Modified; a failure leaves the old file whole and throws Failure.
+    void SaveFile(const QString& path);
+
+    int LanguageMode() const { return languageMode_; }
+    void setLanguageMode(int m) { languageMode_ = m; }
+    Language& language();
+
+    int NumLines() const;
+    QString GetLine(int line) const;
+    int GetLineLength(int line) const;
+    bool CanUndo() const;
+    bool CanRedo() const;
+    void Undo();
+    void Redo();
+    void InsertImpl(int col, int line, const QString& text, bool flag);
+    void DeleteImpl(int startCol, int startLine, int endCol, int endLine);
+    void UpdateViews(int flags, int firstLine, int lastLine, int col, int lastLine2);
+
+private:
+    struct FileFormat;
+    SourceView& view_;
+    QString pathName_;
+    int languageMode_ = 0;
+    std::unique_ptr<Language> language_;
+    std::unique_ptr<FileFormat> format_;
+};

@@ -1,0 +1,43 @@
+#include "platform/OpenSave.h"
+
+#include "platform/Failure.h"
+#include "platform/Prompts.h"
+
+#include <QFileInfo>
+
+void OpenSave::cancelled() {
+    if (CancelError)
+        throw Failure(kCancelError, QStringLiteral("Cancel was selected."));
+    FileName.clear();
+}
+
+void OpenSave::ShowOpen() {
+    if (!prompts_)
+        throw Failure(91, QStringLiteral("Object variable not set"));
+    if (auto f = prompts_->openFile(Filter, FileName))
+        FileName = *f;
+    else
+        cancelled();
+}
+
+void OpenSave::ShowSave() {
+    if (!prompts_)
+        throw Failure(91, QStringLiteral("Object variable not set"));
+    if (auto f = prompts_->saveFile(Filter, FileName)) {
+        FileName = *f;
+        if (!FileName.isEmpty() && !DefaultExt.isEmpty() && QFileInfo(FileName).suffix().isEmpty() &&
+            !FileName.endsWith(QLatin1Char('.')))
+            FileName += QLatin1Char('.') + DefaultExt;
+    } else {
+        cancelled();
+    }
+}
+
+void OpenSave::ShowColor() {
+    if (!prompts_)
+        throw Failure(91, QStringLiteral("Object variable not set"));
+    if (auto c = prompts_->chooseColor(Color))
+        Color = *c;
+    else if (CancelError)
+        throw Failure(kCancelError, QStringLiteral("Cancel was selected."));
+}

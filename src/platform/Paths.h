@@ -1,0 +1,25 @@
+#pragma once
+// The few facts about the file system that differ between platforms.
+
+#include <QString>
+#include <QStringList>
+
+class Paths {
+public:
+    virtual ~Paths() = default;
+    // The form of an existing path that the compile script can use; empty when there is no such path.
+    virtual QString shortPath(const QString& path) = 0;
+    // The directory the program was started from, without a closing separator.
+    virtual QString applicationDirectory() = 0;
+    // Where a search for the compilers may start.
+    virtual QStringList searchRoots() = 0;
+};
+
+// The separator the system joins a directory and a name with.
+inline QString pathSeparator() {
+#ifdef Q_OS_WIN
+    return QStringLiteral("\\");
+#else
+    return QStringLiteral("/");
+#endif
+}

@@ -1,0 +1,26 @@
+#pragma once
+// Everything that blocks on a person: message boxes and the file and colour dialogs.
+
+#include <QString>
+#include <QtGlobal>
+#include <optional>
+
+enum class Icon { None, Critical, Question, Exclamation, Information };
+enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
+enum class Answer { Ok, Cancel, Yes, No };
+
+class Prompts {
+public:
+    virtual ~Prompts() = default;
+    // An empty title means the application's title.
+    virtual Answer message(const QString& text, const QString& title, Icon icon, Buttons buttons) = 0;
+    // filter is in the dialog's own form: "description|pattern|description|pattern|".
+    // nullopt when the user cancelled.
+    virtual std::optional<QString> openFile(const QString& filter, const QString& fileName) = 0;
+    virtual std::optional<QString> saveFile(const QString& filter, const QString& fileName) = 0;
+    // Colours are 0x00BBGGRR; nullopt on cancel.
+    virtual std::optional<qint32> chooseColor(qint32 initial) = 0;
+};
+
+// The title every box without one of its own carries.
+inline QString applicationTitle() { return QStringLiteral("Quillbay Lite"); }

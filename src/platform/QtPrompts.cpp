@@ -1,0 +1,84 @@
+#include "platform/QtPrompts.h"
+
+#include <QColorDialog>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QStringList>
+
+QStringList qtNameFilters(const QString& filter) {
+    QStringList out;
+    const QStringList parts = filter.split(QLatin1Char('|'));
+    for (int i = 0; i + 1 < parts.size(); i += 2) {
+        const QString desc = parts[i].trimmed();
+        QString pats = parts[i + 1].trimmed();
+        if (desc.isEmpty() && pats.isEmpty())
+            continue;
+        pats.replace(QLatin1Char(';'), QLatin1Char(' '));
+        // Qt reads the patterns from the last parentheses; a description that already shows them keeps
+        // its text, the real patterns still have to follow.
+        if (desc.endsWith(QLatin1Char(')')) && desc.contains(QStringLiteral("(") + pats + QStringLiteral(")")))
+            out << desc;
+        else
+            out << desc + QStringLiteral(" (") + pats + QStringLiteral(")");
+    }
+    return out;
+}
+
+Answer QtPrompts::message(const QString& text, const QString& title, Icon icon, Buttons buttons) {
+    QMessageBox box(parent_);
+    box.setWindowTitle(title.isEmpty() ? applicationTitle() : title);
+    box.setText(text);
+    switch (icon) {
+    case Icon::None: box.setIcon(QMessageBox::NoIcon); break;
+    case Icon::Critical: box.setIcon(QMessageBox::Critical); break;
+    case Icon::Question: box.setIcon(QMessageBox::Question); break;
+    case Icon::Exclamation: box.setIcon(QMessageBox::Warning); break;
+    case Icon::Information: box.setIcon(QMessageBox::Information); break;
+    }
+    switch (buttons) {
+    case Buttons::Ok: box.setStandardButtons(QMessageBox::Ok); break;
+    case Buttons::OkCancel: box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;
+    case Buttons::YesNo: box.setStandardButtons(QMessageBox::Yes | QMessageBox::No); break;
+    case Buttons::YesNoCancel:
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        break;
+    }
+    switch (box.exec()) {
+    case QMessageBox::Yes: return Answer::Yes;
+    case QMessageBox::No: return Answer::No;
+    case QMessageBox::Ok: return Answer::Ok;
+    default: return Answer::Cancel;
+    }
+}
+
+static std::optional<QString> runFileDialog(QWidget* parent, QFileDialog::AcceptMode mode, const QString& filter,
+                                            const QString& fileName) {
+    QFileDialog dlg(parent);
+    dlg.setAcceptMode(mode);
+    dlg.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    const QStringList filters = qtNameFilters(filter);
+    if (!filters.isEmpty())
+        dlg.setNameFilters(filters);
+    if (!fileName.isEmpty())
+        dlg.selectFile(fileName);
+    if (dlg.exec() != QDialog::Accepted)
+        return std::nullopt;
+    const QStringList files = dlg.selectedFiles();
+    return files.isEmpty() ? QString() : files.first();
+}
+
+std::optional<QString> QtPrompts::openFile(const QString& filter, const QString& fileName) {
+    return runFileDialog(parent_, QFileDialog::AcceptOpen, filter, fileName);
+}
+
+std::optional<QString> QtPrompts::saveFile(const QString& filter, const QString& fileName) {
+    return runFileDialog(parent_, QFileDialog::AcceptSave, filter, fileName);
+}
+
+std::optional<qint32> QtPrompts::chooseColor(qint32 initial) {
+    const QColor start(initial & 0xFF, (initial >> 8) & 0xFF, (initial >> 16) & 0xFF);
+    const QColor c = QColorDialog::getColor(start, parent_);
+    if (!c.isValid())
+        return std::nullopt;
+    return qint32(c.red() | (c.green() << 8) | (c.blue() << 16));
+}

@@ -1,0 +1,21 @@
+#pragma once
+#include "platform/Prompts.h"
+
+class QWidget;
+
+// Message boxes and dialogs as Qt widgets, parented to the frame when there is one.
+class QtPrompts : public Prompts {
+public:
+    explicit QtPrompts(QWidget* parent = nullptr) : parent_(parent) {}
+    void setParent(QWidget* parent) { parent_ = parent; }
+    Answer message(const QString& text, const QString& title, Icon icon, Buttons buttons) override;
+    std::optional<QString> openFile(const QString& filter, const QString& fileName) override;
+    std::optional<QString> saveFile(const QString& filter, const QString& fileName) override;
+    std::optional<qint32> chooseColor(qint32 initial) override;
+
+private:
+    QWidget* parent_;
+};
+
+// "desc|pat;pat|desc|pat|" as Qt name filters, "desc (pat pat)".
+QStringList qtNameFilters(const QString& filter);

@@ -1,0 +1,173 @@
+#include "shell/Settings.h"
+
+#include "platform/Paths.h"
+#include "shell/Globals.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QStringList>
+
+#include <optional>
+
+namespace {
+
+struct KeyInfo {
+    Key key;
+    const char* section;
+    const char* name;
+    // Fixed default; for the keys that depend on the application directory this is the file name in it.
+    const char* fixedDefault;
+    bool inAppDir;
+};
+
+// Every key the system reads, with the one default that all its readers share.
+constexpr KeyInfo kKeys[] = {
+    {Key::CompilerType, "Startup", "CompilerType", "0", false},
+    {Key::CompilerPathName, "Startup", "CompilerPathName", "PBPW.EXE", true},
+    {Key::CompilerCommandLineOptions, "Startup", "CompilerCommandLineOptions", "", false},
+    {Key::CompilerPathName1, "Startup", "CompilerPathName1", "PBC.EXE", true},
+    {Key::CompilerCommandLineOptions1, "Startup", "CompilerCommandLineOptions1", "", false},
+    {Key::DosWindow, "Startup", "DosWindow", "1", false},
+    {Key::AutoCloseCW, "Startup", "AutoCloseCW", "1", false},
+    {Key::AutoCloseCWTime, "Startup", "AutoCloseCWTime", "5", false},
+    {Key::ProgrammerType, "Startup", "ProgrammerType", "0", false},
+    {Key::ProgrammerPathName, "Startup", "ProgrammerPathName", "EPICWIN.EXE", true},
+    {Key::ProgrammerCommandLineOptions, "Startup", "ProgrammerCommandLineOptions",
+     "-dPIC{DeviceName} \"{HexFileWinPath}\"", false},
+    {Key::ProgrammerPathNameMeLoader, "Startup", "ProgrammerPathNameMeLoader", "Meloader.exe", true},
+    {Key::ProgrammerCommandLineOptionsMeLoader, "Startup", "ProgrammerCommandLineOptionsMeLoader",
+     "\"{HexFileWinPath}\"", false},
+    {Key::ProgrammerPathName1, "Startup", "ProgrammerPathName1", "C:\\Program Files\\MPLAB\\MPLAB.EXE", false},
+    {Key::ProgrammerCommandLineOptions1, "Startup", "ProgrammerCommandLineOptions1", "", false},
+    {Key::ProgrammerPathNameOther, "Startup", "ProgrammerPathNameOther", "PicProgrammer.exe", true},
+    {Key::ProgrammerCommandLineOptionsOther, "Startup", "ProgrammerCommandLineOptionsOther", "", false},
+    {Key::Height, "Startup", "Height", "6000", false},
+    {Key::Width, "Startup", "Width", "9000", false},
+    {Key::Left, "Startup", "Left", "0", false},
+    {Key::Top, "Startup", "Top", "0", false},
+    {Key::WindowState, "Startup", "WindowState", "0", false},
+    {Key::File1, "Startup", "File1", "", false},
+    {Key::File2, "Startup", "File2", "", false},
+    {Key::File3, "Startup", "File3", "", false},
+    {Key::File4, "Startup", "File4", "", false},
+    {Key::DefaultDevice, "Startup", "DefaultDevice", "0", false},
+    {Key::LastFile, "Startup", "LastFile", nullptr, false},
+    {Key::SourceCodePath, "Startup", "SourceCodePath", nullptr, false},
+    {Key::FontName, "ViewFont", "FontName", "Courier", false},
+    {Key::svSymbol, "ViewColors", "svSymbol", "0", false},
+    {Key::svNumber, "ViewColors", "svNumber", "12632064", false},
+    {Key::svSpecial, "ViewColors", "svSpecial", "0", false},
+    {Key::svComment, "ViewColors", "svComment", "38400", false},
+    {Key::svString, "ViewColors", "svString", "180", false},
+    {Key::svStatements, "ViewColors", "svStatements", "11796480", false},
+    {Key::svDefines, "ViewColors", "svDefines", "12583104", false},
+    {Key::svVarSize, "ViewColors", "svVarSize", "11796480", false},
+    {Key::svMath, "ViewColors", "svMath", "11796480", false},
+    {Key::svLogic, "ViewColors", "svLogic", "11796480", false},
+    {Key::svModifer, "ViewColors", "svModifer", "11796480", false},
+    {Key::svBackGround, "ViewColors", "svBackGround", "-2147483643", false},
+    {Key::ViewSelBackColor, "ViewColors", "ViewSelBackColor", "-2147483635", false},
+    {Key::ViewSelForeColor, "ViewColors", "ViewSelForeColor", "-2147483634", false},
+};
+
+const KeyInfo& info(Key k) {
+    for (const KeyInfo& i : kKeys)
+        if (i.key == k)
+            return i;
+    Q_UNREACHABLE();
+}
+
+QString applicationDirectory() {
+    Paths* p = globals().paths;
+    return p ? p->applicationDirectory() : QCoreApplication::applicationDirPath();
+}
+
+}  // namespace
+
+QString applicationName() {
+    return QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
+}
+
+QString settingsFilePath() {
+    QString base = qEnvironmentVariable("XDG_CONFIG_HOME");
+    if (base.isEmpty())
+        base = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    const QString app = applicationName();
+    return base + QLatin1Char('/') + app + QLatin1Char('/') + app + QStringLiteral(".ini");
+}
+
+// One file holds every application's store; the application level names the file.
+static QString fileFor(const QString& application) {
+    if (application == applicationName())
+        return settingsFilePath();
+    QString base = qEnvironmentVariable("XDG_CONFIG_HOME");
+    if (base.isEmpty())
+        base = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return base + QLatin1Char('/') + application + QLatin1Char('/') + application + QStringLiteral(".ini");
+}
+
+// nullopt when the store has no such value.
+static std::optional<QString> readValue(const QString& file, const QString& section, const QString& key) {
+    QSettings s(file, QSettings::IniFormat);
+    const QString path = section + QLatin1Char('/') + key;
+    if (!s.contains(path))
+        return std::nullopt;
+    const QVariant v = s.value(path);
+    // A hand-written value with a bare comma comes back as a list; it was one text.
+    if (v.typeId() == QMetaType::QStringList)
+        return v.toStringList().join(QLatin1Char(','));
+    return v.toString();
+}
+
+QString GetSetting(const QString& application, const QString& section, const QString& key,
+                   const QString& defaultValue) {
+    return readValue(fileFor(application), section, key).value_or(defaultValue);
+}
+
+void SaveSetting(const QString& application, const QString& section, const QString& key, const QString& value) {
+    QSettings s(fileFor(application), QSettings::IniFormat);
+    s.setValue(section + QLatin1Char('/') + key, value);
+    s.sync();
+}
+
+QString sectionOf(Key k) { return QString::fromLatin1(info(k).section); }
+QString nameOf(Key k) { return QString::fromLatin1(info(k).name); }
+
+QString inApplicationDirectory(const QString& name) {
+    const QString dir = applicationDirectory();
+    return dir.endsWith(QLatin1Char('/')) ? dir + name : dir + pathSeparator() + name;
+}
+
+QString defaultOf(Key k) {
+    switch (k) {
+    case Key::SourceCodePath:
+        return applicationDirectory();
+    case Key::LastFile: {
+        const QString dir = setting(Key::SourceCodePath);
+        return (dir.endsWith(QLatin1Char('/')) ? dir : dir + pathSeparator()) + QStringLiteral("Untitled.pbp");
+    }
+    default:
+        break;
+    }
+    const KeyInfo& i = info(k);
+    const QString fixed = QString::fromLatin1(i.fixedDefault);
+    return i.inAppDir ? inApplicationDirectory(fixed) : fixed;
+}
+
+QString setting(Key k) {
+    const KeyInfo& i = info(k);
+    if (auto v = readValue(settingsFilePath(), QString::fromLatin1(i.section), QString::fromLatin1(i.name)))
+        return *v;
+    return defaultOf(k);
+}
+
+void saveSetting(Key k, const QString& value) {
+    SaveSetting(applicationName(), sectionOf(k), nameOf(k), value);
+}
+
+Key recentFileKey(int i) {
+    static constexpr Key keys[] = {Key::File1, Key::File2, Key::File3, Key::File4};
+    return keys[qBound(1, i, 4) - 1];
+}

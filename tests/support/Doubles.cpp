@@ -1,0 +1,107 @@
+#include "support/Doubles.h"
+
+#include "platform/Failure.h"
+#include "shell/Globals.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+Answer FakePrompts::message(const QString& text, const QString& title, Icon icon, Buttons buttons) {
+    boxes.push_back({text, title, icon, buttons});
+    if (!answers.empty()) {
+        const Answer a = answers.front();
+        answers.pop_front();
+        return a;
+    }
+    return (buttons == Buttons::YesNo || buttons == Buttons::YesNoCancel) ? Answer::Yes : Answer::Ok;
+}
+
+std::optional<QString> FakePrompts::openFile(const QString& filter, const QString& fileName) {
+    fileDialogFilters << filter;
+    fileDialogNames << fileName;
+    if (files.empty())
+        return std::nullopt;
+    auto f = files.front();
+    files.pop_front();
+    return f;
+}
+
+std::optional<QString> FakePrompts::saveFile(const QString& filter, const QString& fileName) {
+    return openFile(filter, fileName);
+}
+
+std::optional<qint32> FakePrompts::chooseColor(qint32) {
+    if (colors.empty())
+        return std::nullopt;
+    auto c = colors.front();
+    colors.pop_front();
+    return c;
+}
+
+namespace {
+class FakeHidden : public HiddenProcess {
+public:
+    void terminate() override { ended = true; }
+    bool running() const override { return !ended; }
+    bool ended = false;
+};
+}  // namespace
+
+void FakeLauncher::startDetached(const QString& program, const QStringList& args, const QString& workDir) {
+    if (failDetached)
+        throw Failure(*failDetached, QStringLiteral("File not found"));
+    launches.push_back({LaunchRecord::Detached, program, args, workDir});
+}
+
+std::unique_ptr<HiddenProcess> FakeLauncher::startHidden(const QString& script, const QString& workDir) {
+    launches.push_back({LaunchRecord::Hidden, script, {}, workDir});
+    return std::make_unique<FakeHidden>();
+}
+
+bool FakeLauncher::startInTerminal(const QString& script, const QString& workDir) {
+    launches.push_back({LaunchRecord::Terminal, script, {}, workDir});
+    return !failTerminal;
+}
+
+bool FakeLauncher::openUrl(const QString& url) {
+    launches.push_back({LaunchRecord::Url, url, {}, {}});
+    return !failUrl;
+}
+
+QString FakePaths::shortPath(const QString& path) {
+    const QFileInfo fi(path);
+    return fi.exists() ? fi.absoluteFilePath() : QString();
+}
+
+TestWorld::TestWorld() : paths(QString()) {
+    paths.appDir = app_.path();
+    oldConfig_ = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_CONFIG_HOME", config_.path().toLocal8Bit());
+    Globals& g = globals();
+    g.reset();
+    g.prompts = &prompts;
+    g.launcher = &launcher;
+    g.paths = &paths;
+}
+
+TestWorld::~TestWorld() {
+    Globals& g = globals();
+    g.reset();
+    g.prompts = nullptr;
+    g.launcher = nullptr;
+    g.paths = nullptr;
+    if (oldConfig_.isNull())
+        qunsetenv("XDG_CONFIG_HOME");
+    else
+        qputenv("XDG_CONFIG_HOME", oldConfig_);
+}
+
+QString TestWorld::write(const QString& name, const QByteArray& bytes) const {
+    const QString path = app_.filePath(name);
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly))
+        f.write(bytes);
+    return path;
+}

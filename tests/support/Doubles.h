@@ -1,0 +1,88 @@
+#pragma once
+// Test doubles of the platform services.
+
+#include "platform/Launcher.h"
+#include "platform/Paths.h"
+#include "platform/Prompts.h"
+
+#include <QStringList>
+#include <QTemporaryDir>
+#include <deque>
+#include <optional>
+#include <vector>
+
+struct Box {
+    QString text;
+    QString title;
+    Icon icon;
+    Buttons buttons;
+};
+
+// Records every box and dialog; answers from queues. An empty queue answers Ok/Yes-less defaults:
+// message -> first button's natural answer (Ok, or Yes), file dialogs -> cancel, colour -> cancel.
+class FakePrompts : public Prompts {
+public:
+    std::vector<Box> boxes;
+    std::deque<Answer> answers;
+    std::deque<std::optional<QString>> files;  // answers to open and save dialogs
+    std::deque<std::optional<qint32>> colors;
+    QStringList fileDialogFilters;             // the filter each file dialog was shown with
+    QStringList fileDialogNames;               // the file name each file dialog started with
+
+    Answer message(const QString& text, const QString& title, Icon icon, Buttons buttons) override;
+    std::optional<QString> openFile(const QString& filter, const QString& fileName) override;
+    std::optional<QString> saveFile(const QString& filter, const QString& fileName) override;
+    std::optional<qint32> chooseColor(qint32 initial) override;
+};
+
+struct LaunchRecord {
+    enum Kind { Detached, Hidden, Terminal, Url } kind;
+    QString program;
+    QStringList args;
+    QString workDir;
+};
+
+class FakeLauncher : public Launcher {
+public:
+    std::vector<LaunchRecord> launches;
+    bool failTerminal = false;
+    bool failUrl = false;
+    std::optional<long> failDetached;  // Failure number to throw from startDetached
+
+    void startDetached(const QString& program, const QStringList& args, const QString& workDir) override;
+    std::unique_ptr<HiddenProcess> startHidden(const QString& script, const QString& workDir) override;
+    bool startInTerminal(const QString& script, const QString& workDir) override;
+    bool openUrl(const QString& url) override;
+};
+
+class FakePaths : public Paths {
+public:
+    explicit FakePaths(QString appDir) : appDir(std::move(appDir)) {}
+    QString appDir;
+    QStringList roots;
+    QString shortPath(const QString& path) override;
+    QString applicationDirectory() override { return appDir; }
+    QStringList searchRoots() override { return roots; }
+};
+
+// A fresh world for one test: its own settings file, application directory and platform doubles,
+// installed in globals() and removed again at the end.
+class TestWorld {
+public:
+    TestWorld();
+    ~TestWorld();
+    QString appDir() const { return app_.path(); }
+    QString configDir() const { return config_.path(); }
+    QString file(const QString& name) const { return app_.filePath(name); }
+    // Writes a file into the application directory and gives its path.
+    QString write(const QString& name, const QByteArray& bytes) const;
+
+    FakePrompts prompts;
+    FakeLauncher launcher;
+    FakePaths paths;
+
+private:
+    QTemporaryDir config_;
+    QTemporaryDir app_;
+    QByteArray oldConfig_;
+};
