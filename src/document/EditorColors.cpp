@@ -1,0 +1,80 @@
+#include "document/EditorColors.h"
+
+#include "document/SourceView.h"
+#include "document/TokenInfo.h"
+#include "platform/Failure.h"
+#include "shell/Convert.h"
+
+namespace {
+
+struct ClassKey {
+    int cls;
+    Key key;
+};
+
+// Table order is the order colours are applied in.
+constexpr ClassKey kClassKeys[] = {
+    {2, Key::svSymbol},      {3, Key::svNumber},   {5, Key::svSpecial},   {6, Key::svComment},
+    {7, Key::svString},      {10, Key::svStatements}, {11, Key::svDefines}, {12, Key::svVarSize},
+    {13, Key::svMath},       {14, Key::svLogic},   {15, Key::svModifer},
+};
+
+qint32 colorSetting(Key k) { return int32Of(setting(k)); }
+
+}  // namespace
+
+std::optional<Key> colorKeyOf(int tokenClass) {
+    for (const ClassKey& ck : kClassKeys)
+        if (ck.cls == tokenClass)
+            return ck.key;
+    return std::nullopt;
+}
+
+void applyViewSettings(SourceView& view) {
+    skipOnFailure([&] { view.setFontName(setting(Key::FontName)); });
+    skipOnFailure([&] {
+        ViewOptions& o = view.viewOptions();
+        o.setOptionFlags(o.OptionFlags() | 2);
+    });
+    skipOnFailure([&] { view.SetupView(32, 0); });
+    skipOnFailure([&] { view.setSelBackColor(colorSetting(Key::ViewSelBackColor)); });
+    skipOnFailure([&] { view.setSelForeColor(colorSetting(Key::ViewSelForeColor)); });
+    TokenInfo& screen = view.tokenInfo();
+    for (const ClassKey& ck : kClassKeys) {
+        skipOnFailure([&] {
+            const qint32 c = colorSetting(ck.key);
+            screen.SetForegroundColor(ck.cls, c, true);
+            if (ck.cls == 2)
+                view.setForeColor(c);
+        });
+    }
+    for (int cls = 10; cls <= 15; ++cls)
+        skipOnFailure([&] { screen.SetFontStyle(cls, 1, true); });
+    // The background goes in as the stored text; a text that isn't a number fails each class alike.
+    const QString back = setting(Key::svBackGround);
+    for (int cls = 0; cls <= 15; ++cls)
+        skipOnFailure([&] { screen.SetBackgroundColor(cls, back, true); });
+    skipOnFailure([&] { view.setTextBackColor(int32Of(back)); });
+    skipOnFailure([&] { view.setBackColor(int32Of(back)); });
+    TokenInfo& print = view.printTokenInfo();
+    for (const ClassKey& ck : kClassKeys)
+        skipOnFailure([&] { print.SetForegroundColor(ck.cls, colorSetting(ck.key), true); });
+    for (int cls = 10; cls <= 15; ++cls)
+        skipOnFailure([&] { print.SetFontStyle(cls, 1, true); });
+}
+
+void saveViewColors(SourceView& view) {
+    const TokenInfo& screen = view.tokenInfo();
+    for (int cls = 2; cls <= 15; ++cls) {
+        skipOnFailure([&] {
+            qint32 c = 0;
+            bool set = false;
+            screen.GetForegroundColor(cls, c, set);
+            if (const auto key = colorKeyOf(cls); set && key)
+                saveSetting(*key, QString::number(c));
+        });
+    }
+    skipOnFailure([&] { saveSetting(Key::svBackGround, QString::number(view.BackColor())); });
+    skipOnFailure([&] { saveSetting(Key::ViewSelBackColor, QString::number(view.SelBackColor())); });
+    skipOnFailure([&] { saveSetting(Key::ViewSelForeColor, QString::number(view.SelForeColor())); });
+}

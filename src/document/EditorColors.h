@@ -1,0 +1,18 @@
+#pragma once
+// The colours and the font face of the settings, applied to a new view and saved from a closing one.
+
+#include "shell/Settings.h"
+
+#include <optional>
+
+class SourceView;
+
+// The colour key of a token class, for the classes that have one (2, 3, 5, 6, 7, 10 to 15).
+std::optional<Key> colorKeyOf(int tokenClass);
+
+// Font, selection colours, token colours and styles, background, print colours, in that order.
+// A value that can't be applied is skipped.
+void applyViewSettings(SourceView& view);
+
+// Token colours the view holds as set, then background and selection colours.
+void saveViewColors(SourceView& view);

@@ -1,0 +1,198 @@
+#include "shell/MDIMain.h"
+
+#include "document/Document.h"
+#include "document/SourceView.h"
+#include "document/frmEditor.h"
+#include "platform/Failure.h"
+#include "platform/Prompts.h"
+#include "platform/Twips.h"
+#include "shell/Convert.h"
+#include "shell/Globals.h"
+#include "shell/Placement.h"
+#include "shell/Settings.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QVBoxLayout>
+
+#include <cerrno>
+#include <cmath>
+
+namespace {
+// Stored placement can hold anything; keep what reaches the window system inside a sane range.
+int clampedPixels(int px) { return qBound(-32000, px, 32000); }
+int twipsX(float t) { return clampedPixels(int(std::lround(qBound(-1e7, double(t), 1e7) * screenDpiX() / 1440.0))); }
+int twipsY(float t) { return clampedPixels(int(std::lround(qBound(-1e7, double(t), 1e7) * screenDpiY() / 1440.0))); }
+}  // namespace
+
+MDIMain::MDIMain(QString commandLine, QWidget* parent)
+    : QMainWindow(parent), commandLine_(std::move(commandLine)), openSave_(globals().prompts) {
+    setWindowTitle(QStringLiteral("Quillbay Lite"));
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    auto* central = new QWidget(this);
+    auto* layout = new QVBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    mdi_ = new QMdiArea(central);
+    layout->addWidget(mdi_, 1);
+    setCentralWidget(central);
+    connect(mdi_, &QMdiArea::subWindowActivated, this, &MDIMain::onSubWindowActivated);
+    globals().loadedWindows.insert(globals().loadedWindows.begin(), this);
+}
+
+MDIMain::~MDIMain() {
+    // Documents go with the MDI area; they leave the loaded list as they are destroyed.
+    delete mdi_;
+    mdi_ = nullptr;
+    globals().removeWindow(this);
+}
+
+QString MDIMain::commandLineFrom(const QCoreApplication& app) {
+    QStringList args = app.arguments();
+    if (!args.isEmpty())
+        args.removeFirst();
+    return args.join(QLatin1Char(' '));
+}
+
+void MDIMain::ShowError(const Failure& f) {
+    if (Prompts* p = globals().prompts)
+        p->message(errorBoxText(f), QStringLiteral("File Error"), Icon::None, Buttons::Ok);
+}
+
+frmEditor* MDIMain::activeDocument() const {
+    QMdiSubWindow* sub = mdi_ ? mdi_->currentSubWindow() : nullptr;
+    return sub ? qobject_cast<frmEditor*>(sub->widget()) : nullptr;
+}
+
+void MDIMain::showEvent(QShowEvent* e) {
+    QMainWindow::showEvent(e);
+    if (!loaded_) {
+        loaded_ = true;
+        MDIForm_Load();
+    }
+}
+
+void MDIMain::MDIForm_Load() {
+    openSave_.setPrompts(globals().prompts);
+    // Status bar steps come with the status bar.
+    skipOnFailure([&] {
+        bool pbp = true;
+        try {
+            pbp = numberOf(setting(Key::CompilerType)) == 0;
+        } catch (const Failure&) {
+            // Not a number: the kind of a first start.
+        }
+        globals().UsePBP = pbp;
+    });
+    skipOnFailure([&] { placeFrame(); });
+    skipOnFailure([&] { GetDevices(); });
+    skipOnFailure([&] { setDeviceListIndex(int16Of(setting(Key::DefaultDevice))); });
+    skipOnFailure([&] { GetDeviceData(false); });
+    ++miDocCount;
+    skipOnFailure([&] { EnableTools(true); });
+    // The command line is taken whole: no trimming, no quotes removed.
+    const QString path = commandLine_.isEmpty() ? setting(Key::LastFile) : commandLine_;
+    skipOnFailure([&] { createDocument(path); });
+    skipOnFailure([&] {
+        if (frmEditor* doc = activeDocument())
+            AddWindowEntry(doc->Caption());
+    });
+}
+
+void MDIMain::placeFrame() {
+    const Placement p = placementFrom(setting(Key::Height), setting(Key::Left), setting(Key::Top),
+                                      setting(Key::Width), setting(Key::WindowState));
+    // Stored lengths are the outer frame; Qt sizes the client area.
+    const QSize extra = frameGeometry().size() - size();
+    if (p.height)
+        resize(width(), std::max(1, twipsY(*p.height) - extra.height()));
+    if (p.left)
+        move(twipsX(*p.left), y());
+    if (p.top)
+        move(x(), twipsY(*p.top));
+    if (p.width)
+        resize(std::max(1, twipsX(*p.width) - extra.width()), height());
+    if (p.windowState) {
+        switch (*p.windowState) {
+        case 1: setWindowState(Qt::WindowMinimized); break;
+        case 2: setWindowState(Qt::WindowMaximized); break;
+        default: setWindowState(Qt::WindowNoState); break;
+        }
+    }
+}
+
+frmEditor* MDIMain::createDocument(const QString& path) {
+    auto* doc = new frmEditor(*this);
+    try {
+        doc->View->document().LoadFile(path);
+    } catch (const Failure& f) {
+        if (f.number != ENOENT) {
+            delete doc;
+            throw;
+        }
+    }
+    doc->View->document().setPathName(path);
+    doc->setCaption(path);
+    QMdiSubWindow* sub = mdi_->addSubWindow(doc);
+    sub->setAttribute(Qt::WA_DeleteOnClose);
+    sub->showMaximized();
+    mdi_->setActiveSubWindow(sub);
+    return doc;
+}
+
+void MDIMain::onSubWindowActivated(QMdiSubWindow* sub) {
+    if (!sub)
+        return;
+    if (auto* doc = qobject_cast<frmEditor*>(sub->widget()))
+        doc->Form_Activate();
+}
+
+void MDIMain::closeEvent(QCloseEvent* e) {
+    // Every document closes in turn; one that refuses stops the whole shutdown, and nothing is saved.
+    const QList<QMdiSubWindow*> subs = mdi_->subWindowList(QMdiArea::CreationOrder);
+    for (QMdiSubWindow* sub : subs) {
+        if (!sub->close()) {
+            e->ignore();
+            return;
+        }
+    }
+    MDIForm_Unload();
+    e->accept();
+}
+
+void MDIMain::MDIForm_Unload() {
+    if (unloaded_)
+        return;
+    unloaded_ = true;
+    const bool minimised = isMinimized();
+    const QRect g = frameGeometry();
+    const double dx = screenDpiX(), dy = screenDpiY();
+    skipOnFailure([&] { saveSetting(Key::Height, singleText(float(pixelsToTwips(g.height(), dy)))); });
+    skipOnFailure([&] { saveSetting(Key::Left, singleText(float(pixelsToTwips(g.x(), dx)))); });
+    skipOnFailure([&] {
+        saveSetting(Key::Top, singleText(minimised ? kMinimisedTopTwips : float(pixelsToTwips(g.y(), dy))));
+    });
+    skipOnFailure([&] { saveSetting(Key::Width, singleText(float(pixelsToTwips(g.width(), dx)))); });
+    skipOnFailure([&] {
+        const int state = minimised ? 1 : isMaximized() ? 2 : 0;
+        saveSetting(Key::WindowState, QString::number(state));
+    });
+    skipOnFailure([&] { saveSetting(Key::DefaultDevice, QString::number(deviceListIndex())); });
+}
+
+// The tool model, device catalogue and window list fill these in.
+void MDIMain::EnableTools(bool) {}
+void MDIMain::setToolEnabled(const QString&, bool) {}
+void MDIMain::refreshPasteTool() {}
+void MDIMain::GetDevices() {}
+void MDIMain::GetDeviceData(bool) {}
+int MDIMain::deviceListIndex() const { return 0; }
+void MDIMain::setDeviceListIndex(int) {}
+void MDIMain::AddWindowEntry(const QString& title) {
+    if (frmEditor* doc = activeDocument())
+        doc->Tag = title;
+}
+void MDIMain::removeWindowEntry(const QString&) {}
+void MDIMain::setOpenDocsCaption(const QString&) {}

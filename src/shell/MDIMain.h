@@ -1,0 +1,69 @@
+#pragma once
+// The frame: one main window holding the document windows, the tools and the status bar.
+
+#include "platform/OpenSave.h"
+
+#include <QMainWindow>
+#include <QString>
+
+class QCoreApplication;
+class QMdiArea;
+class QMdiSubWindow;
+class frmEditor;
+struct Failure;
+
+class MDIMain : public QMainWindow {
+    Q_OBJECT
+public:
+    // commandLine: empty, or as a whole the path of one file.
+    explicit MDIMain(QString commandLine, QWidget* parent = nullptr);
+    ~MDIMain() override;
+
+    // The arguments after the program's name, joined by single blanks: a path with blanks needs no quotes.
+    static QString commandLineFrom(const QCoreApplication& app);
+
+    // Number of open documents.
+    qint16 miDocCount = 0;
+
+    // Reports a caught failure: "Error( n): text", titled "File Error".
+    void ShowError(const Failure& f);
+    OpenSave& openSave() { return openSave_; }
+
+    QMdiArea* mdiArea() const { return mdi_; }
+    // The frame's active child, or null with no document.
+    frmEditor* activeDocument() const;
+
+    // Creates a document window for a path and shows it. A path that doesn't exist gives an empty
+    // document; any other load failure removes the window again and is thrown to the caller.
+    frmEditor* createDocument(const QString& path);
+
+    // Tools, device list and window list: filled in by the tool model.
+    void EnableTools(bool enabled);
+    void setToolEnabled(const QString& id, bool enabled);
+    void refreshPasteTool();
+    void GetDevices();
+    void GetDeviceData(bool reloadWords);
+    int deviceListIndex() const;
+    void setDeviceListIndex(int index);
+    void AddWindowEntry(const QString& title);
+    void removeWindowEntry(const QString& id);
+    void setOpenDocsCaption(const QString& caption);
+
+    bool loaded() const { return loaded_; }
+
+protected:
+    void showEvent(QShowEvent* e) override;
+    void closeEvent(QCloseEvent* e) override;
+
+private:
+    void MDIForm_Load();
+    void MDIForm_Unload();
+    void placeFrame();
+    void onSubWindowActivated(QMdiSubWindow* sub);
+
+    QString commandLine_;
+    QMdiArea* mdi_ = nullptr;
+    OpenSave openSave_;
+    bool loaded_ = false;
+    bool unloaded_ = false;
+};

@@ -1,0 +1,66 @@
+#include "platform/Failure.h"
+#include "platform/OpenSave.h"
+#include "platform/QtPrompts.h"
+#include "support/Doubles.h"
+
+#include <cerrno>
+#include <gtest/gtest.h>
+
+TEST(Failure, ErrorBoxTextHasABlankBeforeAPositiveNumber) {
+    EXPECT_EQ(errorBoxText(Failure(5, "Invalid procedure call")), "Error( 5): Invalid procedure call");
+    EXPECT_EQ(errorBoxText(Failure(-2147, "x")), "Error(-2147): x");
+    EXPECT_EQ(errorBoxText(Failure(0, "")), "Error( 0): ");
+}
+
+TEST(Failure, SkipModeSwallowsOnlyFailures) {
+    int ran = 0;
+    skipOnFailure([&] { throw Failure(1, "x"); });
+    skipOnFailure([&] { ++ran; });
+    EXPECT_EQ(ran, 1);
+    EXPECT_THROW(skipOnFailure([] { throw std::runtime_error("not ours"); }), std::runtime_error);
+}
+
+TEST(Failure, OsFailureCarriesErrnoAndText) {
+    const Failure f = osFailure(ENOENT, "/x/y");
+    EXPECT_EQ(f.number, ENOENT);
+    EXPECT_TRUE(f.description.startsWith("/x/y: "));
+    EXPECT_GT(f.description.size(), 7);
+}
+
+TEST(OpenSave, CancelRaisesOrEmptiesByCancelError) {
+    FakePrompts prompts;
+    OpenSave dlg(&prompts);
+    dlg.FileName = "/old.pbp";
+    dlg.CancelError = true;
+    try {
+        dlg.ShowOpen();
+        FAIL() << "no failure";
+    } catch (const Failure& f) {
+        EXPECT_EQ(f.number, kCancelError);
+    }
+    EXPECT_EQ(dlg.FileName, "/old.pbp");
+    dlg.CancelError = false;
+    dlg.ShowSave();
+    EXPECT_EQ(dlg.FileName, "");
+    // The dialog is shown with the filter and name it was left with.
+    dlg.Filter = "All Files (*.*)|*.*|";
+    dlg.FileName = "/w/a.pbp";
+    prompts.files.push_back(QString("/w/blink"));
+    dlg.ShowSave();
+    EXPECT_EQ(dlg.FileName, "/w/blink.bas");
+    EXPECT_EQ(prompts.fileDialogFilters.last(), "All Files (*.*)|*.*|");
+    EXPECT_EQ(prompts.fileDialogNames.last(), "/w/a.pbp");
+    dlg.CancelError = true;
+    EXPECT_THROW(dlg.ShowColor(), Failure);
+    prompts.colors.push_back(0x0000B4);
+    dlg.ShowColor();
+    EXPECT_EQ(dlg.Color, 0xB4);
+}
+
+TEST(QtPrompts, FiltersBecomeQtNameFilters) {
+    EXPECT_EQ(qtNameFilters("All Source Code Files|*.bas;*.pbp;*.pbc|PicBasic Pro Source Code (*.pbp)|*.pbp|"
+                            "All Files (*.*)|*.*|"),
+              QStringList({"All Source Code Files (*.bas *.pbp *.pbc)", "PicBasic Pro Source Code (*.pbp)",
+                           "All Files (*.*)"}));
+    EXPECT_TRUE(qtNameFilters("").isEmpty());
+}
