@@ -71,7 +71,9 @@ bool frmEditor::SaveModified() {
     try {
         OpenSave& dlg = frame_.openSave();
         dlg.FileName = doc.PathName();
-        dlg.ShowSave();
+        // A cancel is its own outcome, whatever CancelError says: no message.
+        if (!dlg.ShowSave())
+            return false;
         if (dlg.FileName.isEmpty()) {
             prompts->message(QStringLiteral("No file name entered."), QStringLiteral("File Error"), Icon::None,
                              Buttons::Ok);

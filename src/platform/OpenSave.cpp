@@ -11,16 +11,18 @@ void OpenSave::cancelled() {
     FileName.clear();
 }
 
-void OpenSave::ShowOpen() {
+bool OpenSave::ShowOpen() {
     if (!prompts_)
         throw Failure(91, QStringLiteral("Object variable not set"));
-    if (auto f = prompts_->openFile(Filter, FileName))
+    if (auto f = prompts_->openFile(Filter, FileName)) {
         FileName = *f;
-    else
-        cancelled();
+        return true;
+    }
+    cancelled();
+    return false;
 }
 
-void OpenSave::ShowSave() {
+bool OpenSave::ShowSave() {
     if (!prompts_)
         throw Failure(91, QStringLiteral("Object variable not set"));
     if (auto f = prompts_->saveFile(Filter, FileName)) {
@@ -28,16 +30,20 @@ void OpenSave::ShowSave() {
         if (!FileName.isEmpty() && !DefaultExt.isEmpty() && QFileInfo(FileName).suffix().isEmpty() &&
             !FileName.endsWith(QLatin1Char('.')))
             FileName += QLatin1Char('.') + DefaultExt;
-    } else {
-        cancelled();
+        return true;
     }
+    cancelled();
+    return false;
 }
 
-void OpenSave::ShowColor() {
+bool OpenSave::ShowColor() {
     if (!prompts_)
         throw Failure(91, QStringLiteral("Object variable not set"));
-    if (auto c = prompts_->chooseColor(Color))
+    if (auto c = prompts_->chooseColor(Color)) {
         Color = *c;
-    else if (CancelError)
+        return true;
+    }
+    if (CancelError)
         throw Failure(kCancelError, QStringLiteral("Cancel was selected."));
+    return false;
 }

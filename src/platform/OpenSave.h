@@ -19,9 +19,10 @@ public:
     QString FileName;
     qint32 Color = 0;
 
-    void ShowOpen();
-    void ShowSave();
-    void ShowColor();
+    // False when the user cancelled (and CancelError wasn't set).
+    bool ShowOpen();
+    bool ShowSave();
+    bool ShowColor();
 
 private:
     void cancelled();

@@ -10,6 +10,8 @@
 #include "shell/Globals.h"
 #include "shell/Placement.h"
 #include "shell/Settings.h"
+#include "statusbar/StatusPicture.h"
+#include "statusbar/cNoStatusBar.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -37,12 +39,16 @@ MDIMain::MDIMain(QString commandLine, QWidget* parent)
     layout->setSpacing(0);
     mdi_ = new QMdiArea(central);
     layout->addWidget(mdi_, 1);
+    picStatus = new StatusPicture(central);
+    layout->addWidget(picStatus, 0);
     setCentralWidget(central);
     connect(mdi_, &QMdiArea::subWindowActivated, this, &MDIMain::onSubWindowActivated);
     globals().loadedWindows.insert(globals().loadedWindows.begin(), this);
 }
 
 MDIMain::~MDIMain() {
+    // The bar gives its icons back to picStatus, so it goes first.
+    m_cSBar.reset();
     // Documents go with the MDI area; they leave the loaded list as they are destroyed.
     delete mdi_;
     mdi_ = nullptr;
@@ -76,7 +82,22 @@ void MDIMain::showEvent(QShowEvent* e) {
 
 void MDIMain::MDIForm_Load() {
     openSave_.setPrompts(globals().prompts);
-    // Status bar steps come with the status bar.
+    skipOnFailure([&] { m_cSBar = std::make_unique<cNoStatusBar>(picStatus->icons()); });
+    skipOnFailure([&] {
+        if (!m_cSBar)
+            return;
+        m_cSBar->Create(&picStatus->target());
+        // Paints reach the bar only once it has its target.
+        connect(picStatus, &StatusPicture::Paint, this, &MDIMain::picStatus_Paint, Qt::UniqueConnection);
+        connect(picStatus, &StatusPicture::Resized, this, &MDIMain::picStatus_Resize, Qt::UniqueConnection);
+    });
+    // The picture has no border of its own and stands in front of the other children.
+    skipOnFailure([&] { picStatus->raise(); });
+    skipOnFailure([&] { m_cSBar->AddPanel(0, QStringLiteral("Line: 1 Col: 1"), -1, 100, false, false, 0, QString()); });
+    skipOnFailure([&] { m_cSBar->AddPanel(0, QString(), -1, 64, true, false, 0, QString()); });
+    skipOnFailure([&] { m_cSBar->AddPanel(0, QString(), -1, 40, false, false, 0, QString()); });
+    skipOnFailure([&] { m_cSBar->SizeGrip(true); });
+    skipOnFailure([&] { picStatus->setFixedHeight(std::max(1, twipsToPixelsY(m_cSBar->Height()))); });
     skipOnFailure([&] {
         bool pbp = true;
         try {
@@ -85,6 +106,7 @@ void MDIMain::MDIForm_Load() {
             // Not a number: the kind of a first start.
         }
         globals().UsePBP = pbp;
+        setPanelText(3, pbp ? QStringLiteral("PBP") : QStringLiteral("PBC"));
     });
     skipOnFailure([&] { placeFrame(); });
     skipOnFailure([&] { GetDevices(); });
@@ -196,3 +218,14 @@ void MDIMain::AddWindowEntry(const QString& title) {
 }
 void MDIMain::removeWindowEntry(const QString&) {}
 void MDIMain::setOpenDocsCaption(const QString&) {}
+void MDIMain::setPanelText(int panel, const QString& text) {
+    if (m_cSBar)
+        m_cSBar->PanelText(PanelRef(panel), text);
+}
+
+void MDIMain::picStatus_Paint() {
+    if (m_cSBar)
+        m_cSBar->Draw();
+}
+
+void MDIMain::picStatus_Resize() { picStatus_Paint(); }

@@ -5,9 +5,12 @@
 
 #include <QMainWindow>
 #include <QString>
+#include <memory>
 
 class QCoreApplication;
 class QMdiArea;
+class cNoStatusBar;
+class StatusPicture;
 class QMdiSubWindow;
 class frmEditor;
 struct Failure;
@@ -24,6 +27,9 @@ public:
 
     // Number of open documents.
     qint16 miDocCount = 0;
+    // The one status bar, painted on picStatus; null only if its creation failed.
+    std::unique_ptr<cNoStatusBar> m_cSBar;
+    StatusPicture* picStatus = nullptr;
 
     // Reports a caught failure: "Error( n): text", titled "File Error".
     void ShowError(const Failure& f);
@@ -48,6 +54,8 @@ public:
     void AddWindowEntry(const QString& title);
     void removeWindowEntry(const QString& id);
     void setOpenDocsCaption(const QString& caption);
+    // Text of a status bar panel, 1 to 3.
+    void setPanelText(int panel, const QString& text);
 
     bool loaded() const { return loaded_; }
 
@@ -57,6 +65,8 @@ protected:
 
 private:
     void MDIForm_Load();
+    void picStatus_Paint();
+    void picStatus_Resize();
     void MDIForm_Unload();
     void placeFrame();
     void onSubWindowActivated(QMdiSubWindow* sub);

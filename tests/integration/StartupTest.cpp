@@ -1,0 +1,197 @@
+// The frame from start to shutdown, with the platform doubles.
+#include "document/Document.h"
+#include "document/SourceView.h"
+#include "document/frmEditor.h"
+#include "platform/Twips.h"
+#include "shell/Globals.h"
+#include "shell/MDIMain.h"
+#include "shell/Settings.h"
+#include "statusbar/StatusPicture.h"
+#include "statusbar/cNoStatusBar.h"
+#include "support/Doubles.h"
+
+#include <QFile>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QSettings>
+#include <gtest/gtest.h>
+
+namespace {
+
+std::unique_ptr<MDIMain> start(const QString& commandLine = {}) {
+    auto f = std::make_unique<MDIMain>(commandLine);
+    f->show();
+    return f;
+}
+
+QString stored(const QString& section, const QString& key) {
+    QSettings s(settingsFilePath(), QSettings::IniFormat);
+    return s.contains(section + "/" + key) ? s.value(section + "/" + key).toString() : QStringLiteral("<none>");
+}
+
+QStringList documentTitles(MDIMain& f) {
+    QStringList t;
+    for (QMdiSubWindow* s : f.mdiArea()->subWindowList(QMdiArea::CreationOrder))
+        t << s->widget()->windowTitle();
+    return t;
+}
+
+void type(frmEditor* doc, const QString& text) { doc->View->insert(text); }
+
+}  // namespace
+
+TEST(Startup, FirstStartWithEmptySettings) {
+    TestWorld w;
+    auto f = start();
+    EXPECT_EQ(f->windowTitle(), "Quillbay Lite");
+    EXPECT_EQ(f->frameGeometry().topLeft(), QPoint(0, 0));
+    EXPECT_EQ(f->frameGeometry().width(), twipsToPixelsX(9000));
+    EXPECT_EQ(f->frameGeometry().height(), twipsToPixelsY(6000));
+    EXPECT_TRUE(globals().UsePBP);
+    ASSERT_TRUE(f->m_cSBar);
+    EXPECT_EQ(f->m_cSBar->PanelCount(), 3);
+    EXPECT_EQ(f->m_cSBar->PanelText(1), "Line: 1 Col: 1");
+    EXPECT_EQ(f->m_cSBar->PanelText(3), "PBP");
+    EXPECT_TRUE(f->m_cSBar->SizeGrip());
+    EXPECT_EQ(f->m_cSBar->PanelSpring(2), true);
+    EXPECT_EQ(f->picStatus->height(), twipsToPixelsY(f->m_cSBar->Height()));
+    EXPECT_EQ(f->miDocCount, 1);
+    EXPECT_EQ(documentTitles(*f), QStringList{w.appDir() + "/Untitled.pbp"});
+    frmEditor* doc = f->activeDocument();
+    ASSERT_NE(doc, nullptr);
+    EXPECT_EQ(doc->View->document().PathName(), w.appDir() + "/Untitled.pbp");
+    EXPECT_FALSE(doc->View->document().Modified());
+    EXPECT_EQ(doc->Tag, doc->Caption());
+    // The loaded windows: the frame first, then the document.
+    ASSERT_EQ(globals().loadedWindows.size(), 2u);
+    EXPECT_EQ(globals().loadedWindows[0], f.get());
+    EXPECT_TRUE(w.prompts.boxes.empty());
+    // Nothing is stored before the first writer runs, and the document doesn't exist on disk.
+    EXPECT_FALSE(QFile::exists(settingsFilePath()));
+    EXPECT_FALSE(QFile::exists(w.appDir() + "/Untitled.pbp"));
+}
+
+TEST(Startup, CloseStoresPlacementAndLastFileWhichTheNextStartOpens) {
+    TestWorld w;
+    const QString path = w.write("blink.pbp", "' blink\r\nHIGH PORTB.0\r\n");
+    {
+        auto f = start(path);
+        ASSERT_TRUE(f->close());
+        EXPECT_EQ(f->miDocCount, 0);
+    }
+    EXPECT_EQ(stored("Startup", "LastFile"), path);
+    EXPECT_EQ(stored("Startup", "Height"), "6000");
+    EXPECT_EQ(stored("Startup", "Width"), "9000");
+    EXPECT_EQ(stored("Startup", "Left"), "0");
+    EXPECT_EQ(stored("Startup", "Top"), "0");
+    EXPECT_EQ(stored("Startup", "WindowState"), "0");
+    EXPECT_EQ(stored("Startup", "DefaultDevice"), "0");
+    // The colours of the document closed last are the stored ones.
+    EXPECT_EQ(stored("ViewColors", "svComment"), "38400");
+    EXPECT_EQ(stored("ViewColors", "svBackGround"), "-2147483643");
+
+    auto f = start();
+    ASSERT_NE(f->activeDocument(), nullptr);
+    EXPECT_EQ(f->activeDocument()->Caption(), path);
+    EXPECT_EQ(f->activeDocument()->View->document().GetLine(1), "HIGH PORTB.0");
+}
+
+TEST(Startup, CommandLineIsTakenWhole) {
+    TestWorld w;
+    saveSetting(Key::LastFile, w.write("last.pbp", "x"));
+    const QString spaced = w.appDir() + "/my project/led blink.pbp";
+    auto f = start(spaced);
+    EXPECT_EQ(documentTitles(*f), QStringList{spaced});
+    EXPECT_FALSE(f->activeDocument()->View->document().Modified());
+    EXPECT_EQ(f->activeDocument()->View->document().NumLines(), 1);
+    EXPECT_TRUE(w.prompts.boxes.empty());
+    f->close();
+    // Quotes are part of the name: a file that doesn't exist, so an empty document of that name.
+    auto g = start("\"" + spaced + "\"");
+    EXPECT_EQ(documentTitles(*g), QStringList{"\"" + spaced + "\""});
+}
+
+TEST(Startup, RefusedCloseStopsShutdownAndSavesNothing) {
+    TestWorld w;
+    auto f = start(w.appDir() + "/one.pbp");
+    type(f->activeDocument(), "first");
+    frmEditor* second = f->createDocument(w.appDir() + "/two.pbp");
+    ++f->miDocCount;
+    type(second, "second");
+    // First document: No (dropped); second: Cancel.
+    w.prompts.answers = {Answer::No, Answer::Cancel};
+    EXPECT_FALSE(f->close());
+    EXPECT_TRUE(f->isVisible());
+    EXPECT_EQ(f->miDocCount, 1);
+    EXPECT_EQ(documentTitles(*f), QStringList{w.appDir() + "/two.pbp"});
+    ASSERT_EQ(w.prompts.boxes.size(), 2u);
+    EXPECT_EQ(w.prompts.boxes[0].text, "Save Changes to " + w.appDir() + "/one.pbp");
+    EXPECT_EQ(w.prompts.boxes[0].icon, Icon::Question);
+    EXPECT_EQ(w.prompts.boxes[0].buttons, Buttons::YesNoCancel);
+    EXPECT_EQ(w.prompts.boxes[0].title, "");
+    // The closed document wrote LastFile; the frame saved no placement.
+    EXPECT_EQ(stored("Startup", "LastFile"), w.appDir() + "/one.pbp");
+    EXPECT_EQ(stored("Startup", "Height"), "<none>");
+}
+
+TEST(Startup, ClosingWithNoDocumentKeepsLastFile) {
+    TestWorld w;
+    auto f = start(w.appDir() + "/a.pbp");
+    ASSERT_TRUE(f->activeDocument()->subWindow()->close());
+    EXPECT_EQ(f->miDocCount, 0);
+    saveSetting(Key::LastFile, "/kept.pbp");
+    ASSERT_TRUE(f->close());
+    EXPECT_EQ(stored("Startup", "LastFile"), "/kept.pbp");
+    EXPECT_EQ(stored("Startup", "Width"), "9000");
+}
+
+TEST(Startup, GarbageInEveryNumericSettingLeavesStartupRunning) {
+    TestWorld w;
+    for (Key k : {Key::CompilerType, Key::Height, Key::Width, Key::Left, Key::Top, Key::WindowState,
+                  Key::DefaultDevice, Key::svSymbol, Key::svNumber, Key::svComment, Key::svBackGround,
+                  Key::ViewSelBackColor, Key::ViewSelForeColor, Key::AutoCloseCWTime, Key::DosWindow})
+        saveSetting(k, "\x01garbage,\"9e999");
+    auto f = start();
+    EXPECT_EQ(f->miDocCount, 1);
+    EXPECT_EQ(documentTitles(*f).size(), 1);
+    EXPECT_TRUE(globals().UsePBP);
+    EXPECT_GT(f->width(), 100);
+    EXPECT_TRUE(f->close());
+}
+
+TEST(Startup, StoredPlacementRules) {
+    TestWorld w;
+    // Closed minimised: defaults, not minimised.
+    saveSetting(Key::Top, "-480000");
+    saveSetting(Key::WindowState, "1");
+    saveSetting(Key::Width, "3000");
+    {
+        auto f = start();
+        EXPECT_FALSE(f->isMinimized());
+        EXPECT_EQ(f->frameGeometry().width(), twipsToPixelsX(9000));
+    }
+    // Maximised a few twips above the screen: stored values and maximised.
+    saveSetting(Key::Top, "-60");
+    saveSetting(Key::WindowState, "2");
+    {
+        auto f = start();
+        EXPECT_TRUE(f->windowState() & Qt::WindowMaximized);
+    }
+    // A plain stored place and size.
+    saveSetting(Key::Top, "1500");
+    saveSetting(Key::Left, "3000");
+    saveSetting(Key::WindowState, "0");
+    saveSetting(Key::Width, "7500");
+    saveSetting(Key::Height, "4500");
+    auto f = start();
+    EXPECT_EQ(f->frameGeometry(), QRect(twipsToPixelsX(3000), twipsToPixelsY(1500), twipsToPixelsX(7500),
+                                        twipsToPixelsY(4500)));
+}
+
+TEST(Startup, PicBasicKindFromSettings) {
+    TestWorld w;
+    saveSetting(Key::CompilerType, "1");
+    auto f = start();
+    EXPECT_FALSE(globals().UsePBP);
+    EXPECT_EQ(f->m_cSBar->PanelText(3), "PBC");
+}
