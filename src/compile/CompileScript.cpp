@@ -1,0 +1,113 @@
+#include "compile/CompileScript.h"
+
+#include "devices/DeviceCombo.h"
+#include "platform/Failure.h"
+#include "platform/Paths.h"
+
+#include <QStringList>
+
+namespace {
+
+// What a text function fails with when asked for a negative length.
+constexpr long kInvalidArgument = 5;
+
+QString joinPosix(const QString& dir, const QString& name) {
+    return dir.endsWith(QLatin1Char('/')) ? dir + name : dir + QLatin1Char('/') + name;
+}
+
+}  // namespace
+
+QString trimBlanks(const QString& text) {
+    qsizetype from = 0;
+    qsizetype to = text.size();
+    while (from < to && text[from] == QLatin1Char(' '))
+        ++from;
+    while (to > from && text[to - 1] == QLatin1Char(' '))
+        --to;
+    return text.mid(from, to - from);
+}
+
+QString shellQuote(const QString& text) {
+    QString quoted = text;
+    quoted.replace(QLatin1Char('\''), QLatin1String("'\\''"));
+    return QLatin1Char('\'') + quoted + QLatin1Char('\'');
+}
+
+QByteArray runpbBat(const CompileInputs& in) {
+    const QString tempDat = in.S + QStringLiteral("\\temp.dat");
+    // p counts from 1; the directory is D from position 3 up to p-1, after the drive.
+    const qsizetype p = in.D.lastIndexOf(QLatin1Char('\\')) + 1;
+    if (p < 3)
+        throw Failure(kInvalidArgument,
+                      QStringLiteral("the document path has no directory after its drive: ") + in.D);
+    const QStringList lines = {
+        QStringLiteral("@ECHO OFF"),
+        QStringLiteral("DEL ") + tempDat,
+        in.D.left(2),
+        QStringLiteral("CD") + in.D.mid(2, p - 3),
+        QStringLiteral("PATH=") + in.C + QStringLiteral(";%path%"),
+        QStringLiteral("ECHO Compiling.... Please Wait."),
+        trimBlanks(in.P) + QLatin1Char(' ') + trimBlanks(in.O) + QStringLiteral(" -p") + in.M + QLatin1Char(' ') +
+            in.D + QLatin1Char('>') + tempDat,
+        QStringLiteral("TYPE ") + tempDat,
+    };
+    QString text;
+    for (const QString& line : lines)
+        text += line + QStringLiteral("\r\n");
+    return text.toLocal8Bit();
+}
+
+QByteArray runpbSh(const CompileInputs& in) {
+    const qsizetype slash = in.D.lastIndexOf(QLatin1Char('/'));
+    if (slash < 0)
+        throw Failure(kInvalidArgument, QStringLiteral("the document path has no directory: ") + in.D);
+    const QString docDir = slash == 0 ? QStringLiteral("/") : in.D.left(slash);
+    const QString tempDat = shellQuote(joinPosix(in.S, QStringLiteral("temp.dat")));
+    const QString partial = shellQuote(joinPosix(in.S, QStringLiteral("temp.dat.part")));
+    // An empty entry in PATH would mean the current directory, so no compiler directory leaves PATH alone.
+    const QString path = in.C.isEmpty() ? QStringLiteral("export PATH")
+                                        : QStringLiteral("PATH=") + shellQuote(in.C) +
+                                              QStringLiteral(":\"$PATH\"; export PATH");
+    const QString options = trimBlanks(in.O);
+    const QStringList lines = {
+        QStringLiteral("#!/bin/sh"),
+        QStringLiteral("rm -f -- ") + tempDat + QLatin1Char(' ') + partial,
+        QStringLiteral("cd -- ") + shellQuote(docDir),
+        path,
+        QStringLiteral("echo 'Compiling.... Please Wait.'"),
+        shellQuote(trimBlanks(in.P)) + (options.isEmpty() ? QString() : QLatin1Char(' ') + options) +
+            QStringLiteral(" -p") + shellQuote(in.M) + QLatin1Char(' ') + shellQuote(in.D) + QStringLiteral(" >") +
+            partial,
+        QStringLiteral("mv -f -- ") + partial + QLatin1Char(' ') + tempDat,
+        QStringLiteral("cat -- ") + tempDat,
+    };
+    return (lines.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8();
+}
+
+QString compilerDirectory(const QString& P, QChar separator) {
+    const qsizetype at = P.lastIndexOf(separator);
+    return at < 0 ? QString() : P.left(at);
+}
+
+QString compilerDirectory(const QString& P) {
+    return compilerDirectory(P, pathSeparator().at(0));
+}
+
+QString compilerDevice(const QString& entry) {
+    return entry.mid(3);
+}
+
+QString selectCompileDevice(DeviceCombo& combo) {
+    if (combo.ListIndex() > combo.ListCount() - 1)
+        combo.SetListIndex(0);
+    if (combo.ListIndex() == -1)
+        combo.SetListIndex(0);
+    return compilerDevice(combo.List(combo.ListIndex()));
+}
+
+QString optionsWithOq(const QString& options) {
+    if (options.contains(QLatin1String("-ampasm"), Qt::CaseInsensitive) &&
+        !options.contains(QLatin1String("-oq"), Qt::CaseInsensitive))
+        return trimBlanks(options) + QStringLiteral(" -oq");
+    return options;
+}

@@ -1,0 +1,50 @@
+#pragma once
+// The script a compile runs: runpb.bat on Windows, runpb.sh on POSIX, both from the same inputs.
+// Both remove the old output, go to the document's directory, put the compiler's directory in front of
+// the search path, run the compiler with its standard output redirected, and show that output.
+
+#include <QByteArray>
+#include <QChar>
+#include <QString>
+
+class DeviceCombo;
+
+struct CompileInputs {
+    QString D;  // the document's path, as GetDosPath gives it
+    QString S;  // the application directory, as GetDosPath gives it
+    QString P;  // the compiler's path, as GetDosPath gives it
+    QString O;  // the compiler's options, as stored
+    QString C;  // the compiler's directory: compilerDirectory(P)
+    QString M;  // the device without "PIC": compilerDevice(entry)
+};
+
+// The eight CRLF lines of runpb.bat, in the platform's single-byte character set. Throws a Failure
+// (number 5) when D has no backslash past its drive, since line 4 cannot be built then.
+QByteArray runpbBat(const CompileInputs& in);
+
+// runpb.sh in UTF-8: every path single-quoted, the options inserted as typed (blanks at either end
+// dropped) so the shell splits them into words. The compiler's standard output goes to temp.dat.part,
+// renamed to temp.dat when the compiler ends, so temp.dat never holds half an output.
+// Throws a Failure (number 5) when D holds no "/".
+QByteArray runpbSh(const CompileInputs& in);
+
+// The text of P in front of its last separator; empty when P holds none.
+QString compilerDirectory(const QString& P, QChar separator);
+QString compilerDirectory(const QString& P);  // with the platform's separator
+
+// The device entry without its first three characters, the "PIC": PIC16F84 gives 16F84.
+QString compilerDevice(const QString& entry);
+
+// The device a compile is for: a selection outside the list, or none, becomes the first entry and stays
+// selected; gives compilerDevice of the selected entry (empty with an empty list).
+QString selectCompileDevice(DeviceCombo& combo);
+
+// The options rule of the compiler options' OK: "-ampasm" without "-oq" (letter case ignored) gives the
+// text without blanks at either end, followed by " -oq"; anything else stays as typed.
+QString optionsWithOq(const QString& options);
+
+// Blanks (spaces only, no other white space) removed from both ends.
+QString trimBlanks(const QString& text);
+
+// text in single quotes for sh, any single quote inside closed, escaped and reopened.
+QString shellQuote(const QString& text);

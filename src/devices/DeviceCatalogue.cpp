@@ -1,0 +1,126 @@
+#include "devices/DeviceCatalogue.h"
+
+#include "platform/Failure.h"
+#include "platform/Prompts.h"
+#include "shell/Globals.h"
+#include "shell/Settings.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTextStream>
+
+const std::array<QString, kPortCount> kPortMarks = {
+    QStringLiteral("GPIO="),  QStringLiteral("PORTA="), QStringLiteral("PORTB="), QStringLiteral("PORTC="),
+    QStringLiteral("PORTD="), QStringLiteral("PORTE="), QStringLiteral("PORTF="), QStringLiteral("PORTG="),
+    QStringLiteral("PORTH="), QStringLiteral("PORTJ="),
+};
+
+namespace {
+
+// The number a mark without a digit behind it fails with: a text where a number was due.
+constexpr long kTypeMismatch = 13;
+
+// Thrown when the catalogue is not there at all; every other failure is a Failure.
+struct CatalogueMissing {};
+
+class CatalogueFile {
+public:
+    CatalogueFile() : file_(deviceCataloguePath()) {
+        if (!QFileInfo::exists(file_.fileName()))
+            throw CatalogueMissing{};
+        if (!file_.open(QIODevice::ReadOnly | QIODevice::Text))
+            throw Failure(file_.error(), file_.errorString());
+        in_.setDevice(&file_);
+    }
+    bool readLine(QString& line) {
+        if (in_.atEnd())
+            return false;
+        line = in_.readLine();
+        if (in_.status() == QTextStream::ReadCorruptData)
+            throw Failure(QFileDevice::ReadError, file_.errorString());
+        return true;
+    }
+
+private:
+    QFile file_;
+    QTextStream in_;
+};
+
+// Runs one catalogue operation and reports its failure in the operation's own words; false after one.
+template <class Body>
+bool reportingFailures(const QString& operation, Body&& body) {
+    try {
+        body();
+        return true;
+    } catch (const CatalogueMissing&) {
+        globals().prompts->message(QStringLiteral("File: ") + deviceCataloguePath() + QStringLiteral(" not found"),
+                                   operation, Icon::Critical, Buttons::Ok);
+    } catch (const Failure& f) {
+        globals().prompts->message(operation + QStringLiteral(": ") + f.description, QString(), Icon::None,
+                                   Buttons::Ok);
+    }
+    return false;
+}
+
+}  // namespace
+
+QString deviceCataloguePath() {
+    return inApplicationDirectory(QStringLiteral("device.ide"));
+}
+
+void GetDevices(DeviceCombo& combo) {
+    reportingFailures(QStringLiteral("Get Micro Listing Error"), [&] {
+        combo.Clear();
+        CatalogueFile file;
+        const bool usePBP = globals().UsePBP;
+        QString line;
+        while (file.readLine(line)) {
+            // The mark is looked for in the line as it stands, so only an upper-case "PBC" counts.
+            if (!usePBP && !line.contains(QLatin1String("PBC")))
+                continue;
+            const qsizetype colon = line.indexOf(QLatin1Char(':'));
+            if (colon < 0)
+                continue;
+            combo.AddItem(line.left(colon));
+        }
+    });
+}
+
+void readPortMarks(const QString& upperLine, PortTable& ports) {
+    for (int i = 0; i < kPortCount; ++i) {
+        const qsizetype at = upperLine.indexOf(kPortMarks[i]);
+        if (at < 0) {
+            ports[i] = 0;
+            continue;
+        }
+        const qsizetype digitAt = at + kPortMarks[i].size();
+        const QChar c = digitAt < upperLine.size() ? upperLine[digitAt] : QChar();
+        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
+            throw Failure(kTypeMismatch, QStringLiteral("no digit behind %1 in the line of %2")
+                                             .arg(kPortMarks[i], upperLine.left(upperLine.indexOf(QLatin1Char(':')))));
+        ports[i] = c.unicode() - u'0';
+    }
+}
+
+void GetDeviceData(DeviceCombo& combo, bool ReloadWords, const std::function<void()>& LoadReservedWords) {
+    const bool read = reportingFailures(QStringLiteral("Get Device Data Error"), [&] {
+        CatalogueFile file;
+        const int index = combo.ListIndex();
+        // No selection matches no line, and Ports stays as it is.
+        if (index < 0 || index >= combo.ListCount())
+            return;
+        const QString name = combo.List(index);
+        QString line;
+        while (file.readLine(line)) {
+            const QString upper = line.toUpper();
+            const qsizetype colon = upper.indexOf(QLatin1Char(':'));
+            if (colon < 0 || QStringView(upper).left(colon) != name)
+                continue;
+            // Written straight into the table: what was read before a failure stays.
+            readPortMarks(upper, globals().Ports);
+            break;
+        }
+    });
+    if (read && ReloadWords && LoadReservedWords)
+        LoadReservedWords();
+}

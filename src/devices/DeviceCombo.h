@@ -1,0 +1,19 @@
+#pragma once
+// What the device catalogue needs of the device list (the combo of the tool ID_Device).
+
+#include <QString>
+
+class DeviceCombo {
+public:
+    virtual ~DeviceCombo() = default;
+    virtual void Clear() = 0;
+    // Adds an entry at the end of the list.
+    virtual void AddItem(const QString& text) = 0;
+    virtual int ListCount() const = 0;
+    // The entry text at index i; empty for an index outside the list.
+    virtual QString List(int i) const = 0;
+    // The selected index, -1 for none.
+    virtual int ListIndex() const = 0;
+    // Raises nothing: an index outside the list leaves the combo without a selection.
+    virtual void SetListIndex(int i) = 0;
+};
