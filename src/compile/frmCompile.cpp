@@ -1,0 +1,225 @@
+#include "compile/frmCompile.h"
+
+#include "compile/CompileScript.h"
+#include "compile/frmFindCompiler.h"
+#include "platform/Failure.h"
+#include "platform/OpenSave.h"
+#include "platform/Prompts.h"
+#include "platform/Twips.h"
+#include "shell/Convert.h"
+#include "shell/Globals.h"
+#include "shell/MDIMain.h"
+#include "shell/Settings.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFont>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace {
+void place(QWidget* w, int left, int top, int width, int height) {
+    w->setGeometry(twipsToPixelsX(left), twipsToPixelsY(top), twipsToPixelsX(width), twipsToPixelsY(height));
+    // A caption wider in this font than in the one the box was made for runs on rather than being cut.
+    if (auto* label = qobject_cast<QLabel*>(w))
+        label->resize(std::max(label->width(), label->sizeHint().width()), label->height());
+}
+
+QString checkText(const QCheckBox* box) { return box->isChecked() ? QStringLiteral("1") : QStringLiteral("0"); }
+
+// 1 sets the mark, 0 clears it; any other stored value is a failure of the step.
+void setCheck(QCheckBox* box, const QString& stored) {
+    const qint16 v = int16Of(stored);
+    if (v != 0 && v != 1)
+        throw Failure(380, QStringLiteral("Invalid property value"));
+    box->setChecked(v == 1);
+}
+}  // namespace
+
+frmCompile::frmCompile(MDIMain& frame) : QDialog(&frame), frame_(frame) {
+    setWindowTitle(QStringLiteral("Compiler Options"));
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowCloseButtonHint);
+    setModal(true);
+    setFixedSize(twipsToPixelsX(7065), twipsToPixelsY(2865));
+    // The twips geometry was laid out for an 8-point dialog font; a larger one would clip the captions.
+    QFont small = font();
+    small.setPointSizeF(8);
+    setFont(small);
+
+    Compiler = new QComboBox(this);
+    Compiler->addItem(QStringLiteral("PicBasic Pro Compiler"));
+    Compiler->addItem(QStringLiteral("PicBasic Compiler"));
+    Compiler->setToolTip(QStringLiteral("Select Desired Compiler"));
+    place(Compiler, 150, 240, 5385, 315);
+
+    Label2 = new QLabel(QStringLiteral("Compiler Pathname:"), this);
+    place(Label2, 150, 720, 1815, 255);
+    CompilerPath = new QLineEdit(this);
+    CompilerPath->setToolTip(QStringLiteral("Compiler Pathname"));
+    place(CompilerPath, 150, 960, 5145, 285);
+    Browse = new QPushButton(QStringLiteral("..."), this);
+    Browse->setToolTip(QStringLiteral("Browse"));
+    place(Browse, 5265, 960, 255, 280);
+
+    Label1 = new QLabel(QStringLiteral("Command Line Options:"), this);
+    place(Label1, 150, 1320, 1815, 255);
+    CommandOptions = new QLineEdit(this);
+    CommandOptions->setToolTip(QStringLiteral("Compiler Command Line Options"));
+    place(CommandOptions, 150, 1560, 5370, 285);
+
+    AutoClose = new QCheckBox(QStringLiteral("Auto Close Compiler Output Screen in: 5 Secs"), this);
+    place(AutoClose, 150, 2025, 5190, 240);
+    SecScroll = new QScrollBar(Qt::Vertical, this);
+    SecScroll->setRange(1, 60);
+    SecScroll->setValue(5);
+    // The up arrow adds a second, as a spin box would.
+    SecScroll->setInvertedAppearance(true);
+    SecScroll->setInvertedControls(true);
+    place(SecScroll, 5310, 1980, 195, 330);
+    cbDoswindow = new QCheckBox(QStringLiteral("Don't Display DOS Window"), this);
+    place(cbDoswindow, 150, 2475, 5370, 195);
+
+    cmdOK = new QPushButton(QStringLiteral("&OK"), this);
+    place(cmdOK, 5670, 225, 1215, 375);
+    cmdOK->setDefault(true);
+    cmdExit = new QPushButton(QStringLiteral("&Cancel"), this);
+    place(cmdExit, 5670, 720, 1215, 375);
+    Command1 = new QPushButton(QStringLiteral("&Find Compiler"), this);
+    place(Command1, 5670, 1215, 1215, 375);
+
+    Form_Load();
+
+    // Connected after the load, which calls its handlers itself.
+    connect(Compiler, &QComboBox::currentIndexChanged, this, [this] { Compiler_Click(); });
+    connect(SecScroll, &QScrollBar::valueChanged, this, [this] { SecScroll_Change(); });
+    connect(Browse, &QPushButton::clicked, this, [this] { Browse_Click(); });
+    connect(Command1, &QPushButton::clicked, this, [this] { Command1_Click(); });
+    connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
+    connect(cmdExit, &QPushButton::clicked, this, [this] { cmdExit_Click(); });
+
+    globals().addWindow(this);
+}
+
+frmCompile::~frmCompile() { globals().removeWindow(this); }
+
+void frmCompile::done(int result) {
+    globals().removeWindow(this);
+    QDialog::done(result);
+}
+
+void frmCompile::Form_Load() {
+    skipOnFailure([&] {
+        const qint16 index = int16Of(setting(Key::CompilerType));
+        // Only this dialog writes the key, but the store can be edited by hand: a value that is no entry
+        // of the list (none selected included) selects the first, so the dialog always shows a compiler.
+        Compiler->setCurrentIndex(index == 1 ? 1 : 0);
+    });
+    skipOnFailure([&] { Compiler_Click(); });
+    skipOnFailure([&] { setCheck(cbDoswindow, setting(Key::DosWindow)); });
+    skipOnFailure([&] { setCheck(AutoClose, setting(Key::AutoCloseCW)); });
+    skipOnFailure([&] { SecScroll->setValue(int16Of(setting(Key::AutoCloseCWTime))); });
+    skipOnFailure([&] { SecScroll_Change(); });
+}
+
+void frmCompile::setCompilerIndex(int index) {
+    {
+        const QSignalBlocker quiet(Compiler);
+        Compiler->setCurrentIndex(index);
+    }
+    Compiler_Click();
+}
+
+void frmCompile::Compiler_Click() {
+    switch (Compiler->currentIndex()) {
+    case 0:
+        CompilerPath->setText(setting(Key::CompilerPathName));
+        CommandOptions->setText(setting(Key::CompilerCommandLineOptions));
+        break;
+    case 1:
+        CompilerPath->setText(setting(Key::CompilerPathName1));
+        CommandOptions->setText(setting(Key::CompilerCommandLineOptions1));
+        break;
+    default:
+        break;
+    }
+}
+
+void frmCompile::SecScroll_Change() {
+    AutoClose->setText(QStringLiteral("Auto Close Compiler Output Screen in: ") + QString::number(SecScroll->value()) +
+                       QStringLiteral(" Secs"));
+}
+
+void frmCompile::Browse_Click() {
+    Prompts* prompts = globals().prompts;
+    try {
+        OpenSave& dlg = frame_.openSave();
+        // CancelError stays as the last command left it: with it off, Cancel comes back as an empty name.
+        dlg.Filter = QStringLiteral("PicBasic Pro Compiler|PBP*.exe|PicBasic Compiler|PBC.exe|All Files (*.*)|*.*|");
+        dlg.ShowOpen();
+        if (!dlg.FileName.isEmpty())
+            CompilerPath->setText(dlg.FileName);
+        else if (prompts)
+            prompts->message(QStringLiteral("No filename entered."), QStringLiteral("File Error"), Icon::None,
+                             Buttons::Ok);
+    } catch (const Failure& f) {
+        if (f.number != kCancelError && prompts)
+            prompts->message(f.description, QString(), Icon::None, Buttons::Ok);
+    }
+}
+
+void frmCompile::Command1_Click() {
+    frmFindCompiler find(*this);
+    find.exec();
+}
+
+void frmCompile::cmdOK_Click() {
+    skipOnFailure([&] { saveSetting(Key::CompilerType, QString::number(Compiler->currentIndex())); });
+    skipOnFailure([&] { CommandOptions->setText(optionsWithOq(CommandOptions->text())); });
+    skipOnFailure([&] {
+        switch (Compiler->currentIndex()) {
+        case 0:
+            saveSetting(Key::CompilerPathName, CompilerPath->text());
+            saveSetting(Key::CompilerCommandLineOptions, CommandOptions->text());
+            break;
+        case 1:
+            saveSetting(Key::CompilerPathName1, CompilerPath->text());
+            saveSetting(Key::CompilerCommandLineOptions1, CommandOptions->text());
+            break;
+        default:
+            break;
+        }
+    });
+    skipOnFailure([&] {
+        saveSetting(Key::DosWindow, checkText(cbDoswindow));
+        saveSetting(Key::AutoCloseCW, checkText(AutoClose));
+        saveSetting(Key::AutoCloseCWTime, QString::number(SecScroll->value()));
+    });
+    skipOnFailure([&] {
+        switch (Compiler->currentIndex()) {
+        case 0:
+            globals().UsePBP = true;
+            frame_.setPanelText(3, QStringLiteral("PBP"));
+            break;
+        case 1:
+            globals().UsePBP = false;
+            frame_.setPanelText(3, QStringLiteral("PBC"));
+            break;
+        default:
+            break;
+        }
+    });
+    skipOnFailure([&] {
+        const int device = frame_.deviceListIndex();
+        frame_.GetDevices();
+        // A shorter list leaves the combo without a selection; GoCompile repairs that.
+        frame_.setDeviceListIndex(device);
+    });
+    done(Accepted);
+}
+
+void frmCompile::cmdExit_Click() { done(Rejected); }

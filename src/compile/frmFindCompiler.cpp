@@ -1,0 +1,132 @@
+#include "compile/frmFindCompiler.h"
+
+#include "compile/CompilerSearch.h"
+#include "compile/frmCompile.h"
+#include "platform/Failure.h"
+#include "platform/Paths.h"
+#include "platform/Twips.h"
+#include "shell/Globals.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QFont>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPointer>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace {
+void place(QWidget* w, int left, int top, int width, int height) {
+    w->setGeometry(twipsToPixelsX(left), twipsToPixelsY(top), twipsToPixelsX(width), twipsToPixelsY(height));
+    // A caption wider in this font than in the one the box was made for runs on rather than being cut.
+    if (auto* label = qobject_cast<QLabel*>(w))
+        label->resize(std::max(label->width(), label->sizeHint().width()), label->height());
+}
+
+// The entry shows the path in upper case; the file's real path travels with it.
+constexpr int kRealPathRole = Qt::UserRole;
+}  // namespace
+
+frmFindCompiler::frmFindCompiler(frmCompile& options) : QDialog(&options), options_(options) {
+    setWindowTitle(QStringLiteral("Compiler Search"));
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowCloseButtonHint);
+    setModal(true);
+    setFixedSize(twipsToPixelsX(7800), twipsToPixelsY(2385));
+    // The twips geometry was laid out for an 8-point dialog font; a larger one would clip the captions.
+    QFont small = font();
+    small.setPointSizeF(8);
+    setFont(small);
+
+    Label1 = new QLabel(QStringLiteral("Search drive:"), this);
+    place(Label1, 90, 135, 1230, 330);
+    Drive1 = new QComboBox(this);
+    if (Paths* paths = globals().paths)
+        Drive1->addItems(paths->searchRoots());
+    Drive1->setCurrentIndex(Drive1->count() > 0 ? 0 : -1);
+    place(Drive1, 1395, 90, 960, 315);
+    Label2 = new QLabel(QStringLiteral("for PicBasic and PicBasic Pro Compilers."), this);
+    place(Label2, 2430, 135, 3705, 285);
+    Command1 = new QPushButton(QStringLiteral("&Start Search"), this);
+    place(Command1, 6255, 90, 1455, 330);
+    List1 = new QListWidget(this);
+    place(List1, 45, 540, 7665, 1035);
+    lbSearch = new QLabel(this);
+    place(lbSearch, 90, 1620, 7575, 240);
+    CPBP = new QPushButton(QStringLiteral("Configure as PicBasic Pro Compiler"), this);
+    CPBP->setEnabled(false);
+    place(CPBP, 90, 1935, 2850, 330);
+    CPBC = new QPushButton(QStringLiteral("Configure as PicBasic Compiler"), this);
+    CPBC->setEnabled(false);
+    place(CPBC, 3195, 1935, 2850, 330);
+
+    connect(Command1, &QPushButton::clicked, this, [this] { Command1_Click(); });
+    connect(List1, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (row >= 0)
+            List1_Click();
+    });
+    connect(CPBP, &QPushButton::clicked, this, [this] { CPBP_Click(); });
+    connect(CPBC, &QPushButton::clicked, this, [this] { CPBC_Click(); });
+
+    globals().addWindow(this);
+}
+
+frmFindCompiler::~frmFindCompiler() { globals().removeWindow(this); }
+
+void frmFindCompiler::done(int result) {
+    closed_ = true;
+    globals().removeWindow(this);
+    QDialog::done(result);
+}
+
+void frmFindCompiler::Command1_Click() {
+    const QString drive = Drive1->currentText();
+    // Window events run inside the walk; the dialog may be closed, or even destroyed, meanwhile.
+    QPointer<frmFindCompiler> self(this);
+    CompilerSearchHooks hooks;
+    hooks.found = [self](const QString& shown, const QString& path) {
+        if (!self)
+            return;
+        auto* item = new QListWidgetItem(shown, self->List1);
+        item->setData(kRealPathRole, path);
+    };
+    hooks.progress = [self](const QString& text) {
+        if (self)
+            self->lbSearch->setText(text);
+    };
+    hooks.processEvents = [self] {
+        QCoreApplication::processEvents();
+        return self && !self->closed_;
+    };
+    FindCompilerFiles(drive, hooks);
+    if (!self)
+        return;
+    if (List1->count() == 0)
+        lbSearch->setText(QStringLiteral("No Compilers Found on drive ") + drive);
+    else
+        lbSearch->setText(QString::number(List1->count()) + QStringLiteral(" files found on drive ") + drive);
+}
+
+void frmFindCompiler::List1_Click() {
+    CPBC->setEnabled(true);
+    CPBP->setEnabled(true);
+}
+
+void frmFindCompiler::CPBP_Click() { configureAs(0); }
+
+void frmFindCompiler::CPBC_Click() { configureAs(1); }
+
+void frmFindCompiler::configureAs(int compilerIndex) {
+    // The index first: it refills the path from the settings, which the found path then overwrites.
+    skipOnFailure([&] { options_.setCompilerIndex(compilerIndex); });
+    skipOnFailure([&] {
+        // The real path, not the upper-case text shown: on a file system that tells letter cases apart
+        // only the real one names the file.
+        const QListWidgetItem* item = List1->currentItem();
+        options_.CompilerPath->setText(item ? item->data(kRealPathRole).toString() : QString());
+    });
+    done(Accepted);
+}
