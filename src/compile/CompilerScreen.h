@@ -4,17 +4,13 @@
 // by a countdown in its title or by Esc.
 
 #include <QString>
+#include "platform/TaggedTimer.h"
+
 #include <QTimer>
 #include <QWidget>
 
 class SourceView;
 
-// A timer with the text that the countdown keeps in it.
-class TaggedTimer : public QTimer {
-public:
-    using QTimer::QTimer;
-    QString Tag;
-};
 
 class CompilerScreen : public QWidget {
     Q_OBJECT

@@ -21,6 +21,7 @@ public:
     // Writes atomically and clears Modified; a failure leaves the old file whole and throws Failure.
     void SaveFile(const QString& path);
 
+    // Kept for the system to set; this control has one tokeniser and no modes, so it changes nothing.
     int LanguageMode() const { return languageMode_; }
     void setLanguageMode(int m) { languageMode_ = m; }
     Language& language();
@@ -36,8 +37,16 @@ public:
     void DeleteImpl(int startCol, int startLine, int endCol, int endLine);
     void UpdateViews(int flags, int firstLine, int lastLine, int col, int lastLine2);
 
+    // Files larger than this are refused: far beyond any source, and the control keeps two bytes a character.
+    static constexpr qint64 kMaxFileBytes = 128LL * 1024 * 1024;
+
 private:
     struct FileFormat;
+    void setAllText(const QByteArray& utf8);
+    // InsertImpl and DeleteImpl calls up to the next UpdateViews make one undo step.
+    void beginRun();
+    void endRun();
+    bool runOpen_ = false;
     SourceView& view_;
     QString pathName_;
     int languageMode_ = 0;

@@ -11,6 +11,7 @@ public:
     void setSLCommentStart(const QString& s) { comment1_ = s; ++generation_; }
     void setSLCommentStart2(const QString& s) { comment2_ = s; ++generation_; }
     void setStringDelimiter(const QString& s) { stringDelimiter_ = s; ++generation_; }
+    // Kept for the system to set; the tokeniser's rules don't depend on it.
     void setLanguageFlags(int f) { flags_ = f; }
     QString SLCommentStart() const { return comment1_; }
     QString SLCommentStart2() const { return comment2_; }
@@ -45,8 +46,8 @@ struct Token {
 };
 
 // Splits one line into tokens; blanks between them belong to no token.
-// Calls emit(token) in order; the tokeniser of the editing control and GetTokenAt share it.
+// Calls onToken(token) in order; the tokeniser of the editing control and GetTokenAt share it.
 template <class Emit>
-void tokenizeLine(const Language& lang, QStringView line, Emit&& emit);
+void tokenizeLine(const Language& lang, QStringView line, Emit&& onToken);
 
 #include "document/Tokenizer.inl"

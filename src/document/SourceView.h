@@ -12,6 +12,7 @@ class TokenInfo;
 class ViewOptions;
 class SourceLexer;
 class FindDialog;
+class QsciPrinter;
 
 class SourceView : public QsciScintilla {
     Q_OBJECT
@@ -61,6 +62,23 @@ public:
     void GetTokenAt(int col, int line, int& tokenClass, int& start, int& length) const;
     void SetupView(int a, int b);
 
+    // Beyond the system's list: printing without a dialog, the search behind the find dialog, the parts.
+    // Prints the whole text in the print colours; throws Failure when the printer fails.
+    void printTo(QsciPrinter& printer);
+    // Searches from the selection on (or back), wrapping around; selects and shows what it finds.
+    // Remembered for FindNext.
+    bool findText(const QString& what, bool matchCase, bool wholeWord, bool forward);
+    // Replaces the selection when it is the searched text, then finds the next one.
+    bool replaceAndFindNext(const QString& what, const QString& replacement, bool matchCase, bool wholeWord);
+    // Replaces every occurrence as one undo step; gives the count.
+    int replaceAll(const QString& what, const QString& replacement, bool matchCase, bool wholeWord);
+    FindDialog* findDialog() const;
+    SourceLexer* sourceLexer() const;
+    qint32 ForeColor() const;
+    qint32 TextBackColor() const;
+    // Delivers CaretMove when the caret's column or line differs from the last one delivered.
+    void checkCaretMoved();
+
 signals:
     void CaretMove(int x, int y);
     void DblClick();
@@ -77,6 +95,8 @@ protected:
     void mouseMoveEvent(QMouseEvent* e) override;
     void mouseReleaseEvent(QMouseEvent* e) override;
     void mouseDoubleClickEvent(QMouseEvent* e) override;
+    void mousePressEvent(QMouseEvent* e) override;
+    void paintEvent(QPaintEvent* e) override;
 
 private:
     struct Impl;

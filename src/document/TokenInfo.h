@@ -36,6 +36,7 @@ private:
     std::array<Entry, kClasses> entries_{};
 };
 
+// Kept for the system to set; no option of the original control needs a counterpart here.
 class ViewOptions {
 public:
     int OptionFlags() const { return flags_; }

@@ -23,6 +23,7 @@ frmEditor::frmEditor(MDIMain& frame) : frame_(frame) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(View);
     CheckFile.setInterval(1000);
+    connect(&CheckFile, &QTimer::timeout, this, &frmEditor::CheckFile_Timer);
     globals().addWindow(this);
     Form_Load();
 }

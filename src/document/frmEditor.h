@@ -1,13 +1,17 @@
 #pragma once
 // One document: a child window of the frame around its editing control.
 
+#include "platform/TaggedTimer.h"
+
 #include <QString>
-#include <QTimer>
 #include <QWidget>
 
 class MDIMain;
 class SourceView;
 class QMdiSubWindow;
+
+// The compiler's banner as the about box shows it, in upper case; empty without one.
+QString compilerVersionText(const QString& output);
 
 class frmEditor : public QWidget {
     Q_OBJECT
@@ -21,7 +25,8 @@ public:
     QString Tag;
     // Index of this document's device in the device combo.
     qint16 DeviceIndex = 0;
-    QTimer CheckFile;
+    // Watches a running compile once a second; its Tag holds the wait count.
+    TaggedTimer CheckFile;
 
     QString Caption() const { return windowTitle(); }
     void setCaption(const QString& c) { setWindowTitle(c); }
@@ -33,6 +38,14 @@ public:
     void LoadReservedWords();
 
     void Form_Activate();
+
+    // Saves nothing: writes the compile script, starts it and shows the output screen; returns at once.
+    void GoCompile();
+    // One tick of CheckFile.
+    void CheckFile_Timer();
+    // The form of a path the compile script can use, or empty after its own message.
+    QString GetDosPath(const QString& path);
+    void DeleteFileQuietly(const QString& path);
 
 protected:
     void closeEvent(QCloseEvent* e) override;

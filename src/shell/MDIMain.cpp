@@ -10,10 +10,18 @@
 #include "shell/Globals.h"
 #include "shell/Placement.h"
 #include "shell/Settings.h"
+#include "devices/DeviceCatalogue.h"
+#include "shell/EnableTools.h"
+#include "shell/RecentFiles.h"
+#include "shell/WindowList.h"
 #include "statusbar/StatusPicture.h"
 #include "statusbar/cNoStatusBar.h"
 
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QDialog>
 #include <QCoreApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -43,6 +51,10 @@ MDIMain::MDIMain(QString commandLine, QWidget* parent)
     layout->addWidget(picStatus, 0);
     setCentralWidget(central);
     connect(mdi_, &QMdiArea::subWindowActivated, this, &MDIMain::onSubWindowActivated);
+    SSActiveToolBars1.attach(*this);
+    connect(&SSActiveToolBars1, &SSActiveToolBars::ToolClick, this, &MDIMain::SSActiveToolBars1_ToolClick);
+    connect(&SSActiveToolBars1, &SSActiveToolBars::ComboCloseUp, this, &MDIMain::SSActiveToolBars1_ComboCloseUp);
+    setWindowIcon(QIcon(QStringLiteral(":/icons/compile.png")));
     globals().loadedWindows.insert(globals().loadedWindows.begin(), this);
 }
 
@@ -109,6 +121,7 @@ void MDIMain::MDIForm_Load() {
         setPanelText(3, pbp ? QStringLiteral("PBP") : QStringLiteral("PBC"));
     });
     skipOnFailure([&] { placeFrame(); });
+    skipOnFailure([&] { loadRecentFiles(SSActiveToolBars1); });
     skipOnFailure([&] { GetDevices(); });
     skipOnFailure([&] { setDeviceListIndex(int16Of(setting(Key::DefaultDevice))); });
     skipOnFailure([&] { GetDeviceData(false); });
@@ -145,12 +158,12 @@ void MDIMain::placeFrame() {
     }
 }
 
-frmEditor* MDIMain::createDocument(const QString& path) {
+frmEditor* MDIMain::createDocument(const QString& path, bool missingIsEmpty) {
     auto* doc = new frmEditor(*this);
     try {
         doc->View->document().LoadFile(path);
     } catch (const Failure& f) {
-        if (f.number != ENOENT) {
+        if (f.number != ENOENT || !missingIsEmpty) {
             delete doc;
             throw;
         }
@@ -201,23 +214,62 @@ void MDIMain::MDIForm_Unload() {
         const int state = minimised ? 1 : isMaximized() ? 2 : 0;
         saveSetting(Key::WindowState, QString::number(state));
     });
+    skipOnFailure([&] { saveRecentFiles(SSActiveToolBars1); });
     skipOnFailure([&] { saveSetting(Key::DefaultDevice, QString::number(deviceListIndex())); });
+    // The other windows of the system go with the frame.
+    for (QWidget* w : std::vector<QWidget*>(globals().loadedWindows))
+        if (w != this)
+            skipOnFailure([&] { w->close(); });
 }
 
-// The tool model, device catalogue and window list fill these in.
-void MDIMain::EnableTools(bool) {}
-void MDIMain::setToolEnabled(const QString&, bool) {}
-void MDIMain::refreshPasteTool() {}
-void MDIMain::GetDevices() {}
-void MDIMain::GetDeviceData(bool) {}
-int MDIMain::deviceListIndex() const { return 0; }
-void MDIMain::setDeviceListIndex(int) {}
-void MDIMain::AddWindowEntry(const QString& title) {
+void MDIMain::EnableTools(bool enabled) {
+    std::optional<UndoState> undo;
     if (frmEditor* doc = activeDocument())
-        doc->Tag = title;
+        undo = UndoState{doc->View->document().CanUndo(), doc->View->document().CanRedo()};
+    ::EnableTools(SSActiveToolBars1, enabled, undo);
 }
-void MDIMain::removeWindowEntry(const QString&) {}
-void MDIMain::setOpenDocsCaption(const QString&) {}
+
+void MDIMain::setToolEnabled(const QString& id, bool enabled) { SSActiveToolBars1.Tools().Item(id).setEnabled(enabled); }
+
+void MDIMain::refreshPasteTool() {
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    setToolEnabled(QStringLiteral("ID_PASTE"), data && data->hasText());
+}
+
+DeviceCombo& MDIMain::deviceCombo() { return SSActiveToolBars1.Tools().Item(QStringLiteral("ID_Device")).ComboBox(); }
+
+void MDIMain::GetDevices() { ::GetDevices(deviceCombo()); }
+
+void MDIMain::GetDeviceData(bool reloadWords) {
+    ::GetDeviceData(deviceCombo(), reloadWords, [this] {
+        if (frmEditor* doc = activeDocument())
+            doc->LoadReservedWords();
+    });
+}
+
+int MDIMain::deviceListIndex() { return deviceCombo().ListIndex(); }
+
+void MDIMain::setDeviceListIndex(int index) {
+    DeviceCombo& combo = deviceCombo();
+    combo.SetListIndex(index);
+    // Setting an index that isn't in the list fails and leaves no selection.
+    if (combo.ListIndex() != index)
+        throw Failure(380, QStringLiteral("Invalid property value"));
+}
+
+void MDIMain::AddWindowEntry(const QString& title) {
+    ::AddWindowEntry(SSActiveToolBars1, title, miDocCount, [this](const QString& t) {
+        if (frmEditor* doc = activeDocument())
+            doc->Tag = t;
+    });
+}
+
+void MDIMain::removeWindowEntry(const QString& id) { ::removeWindowEntry(SSActiveToolBars1, id); }
+
+void MDIMain::setOpenDocsCaption(const QString& caption) {
+    SSActiveToolBars1.Bands(QStringLiteral("Standard")).Tools().Item(QStringLiteral("ID_OpenDocs")).setCaption(caption);
+}
+
 void MDIMain::setPanelText(int panel, const QString& text) {
     if (m_cSBar)
         m_cSBar->PanelText(PanelRef(panel), text);
@@ -229,3 +281,5 @@ void MDIMain::picStatus_Paint() {
 }
 
 void MDIMain::picStatus_Resize() { picStatus_Paint(); }
+
+int MDIMain::runModal(QDialog& dlg) { return modalHook ? modalHook(dlg) : dlg.exec(); }

@@ -17,6 +17,7 @@ struct Frame {
     TestWorld w;
     std::unique_ptr<MDIMain> f;
     explicit Frame(const QString& name = "doc.pbp") {
+        w.writeDeviceCatalogue();
         f = std::make_unique<MDIMain>(w.appDir() + "/" + name);
         f->show();
     }

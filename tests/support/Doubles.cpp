@@ -105,3 +105,11 @@ QString TestWorld::write(const QString& name, const QByteArray& bytes) const {
         f.write(bytes);
     return path;
 }
+
+QString TestWorld::writeDeviceCatalogue() const {
+    return write("device.ide",
+                 "; devices for tests\n"
+                 "PIC16F84A: PBC PORTA=5 PORTB=8\n"
+                 "PIC12F675: PBC GPIO=6\n"
+                 "PIC18F452: PORTA=7 PORTB=8 PORTC=8 PORTD=8 PORTE=3\n");
+}

@@ -6,6 +6,7 @@
 #include "platform/Prompts.h"
 
 #include <QStringList>
+#include <ostream>
 #include <QTemporaryDir>
 #include <deque>
 #include <optional>
@@ -76,6 +77,8 @@ public:
     QString file(const QString& name) const { return app_.filePath(name); }
     // Writes a file into the application directory and gives its path.
     QString write(const QString& name, const QByteArray& bytes) const;
+    // A small device.ide: PIC16F84A and PIC12F675 for both compilers, PIC18F452 for PicBasic Pro only.
+    QString writeDeviceCatalogue() const;
 
     FakePrompts prompts;
     FakeLauncher launcher;
@@ -86,3 +89,7 @@ private:
     QTemporaryDir app_;
     QByteArray oldConfig_;
 };
+
+// Readable QString output in failed expectations.
+inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
+inline void PrintTo(const QStringList& l, std::ostream* os) { *os << '[' << l.join(", ").toStdString() << ']'; }

@@ -1,0 +1,219 @@
+#include "document/Document.h"
+
+#include "document/Language.h"
+#include "document/Positions.h"
+#include "document/SourceView.h"
+#include "document/TextFormat.h"
+#include "platform/Failure.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QTimer>
+#include <cerrno>
+
+using Sci = QsciScintillaBase;
+
+struct Document::FileFormat {
+    TextFormat text;
+    // An existing file whose load was refused: saving the (empty) document over it would destroy it.
+    QString refusedPath;
+    QString refusedReason;
+};
+
+namespace {
+
+// errno right after a failed file call, or the given number when the library left none.
+int lastError(int fallback) { return errno != 0 ? errno : fallback; }
+
+bool samePath(const QString& a, const QString& b) {
+    const QFileInfo fa(a), fb(b);
+    if (QDir::cleanPath(fa.absoluteFilePath()) == QDir::cleanPath(fb.absoluteFilePath()))
+        return true;
+    const QString ca = fa.canonicalFilePath();
+    return !ca.isEmpty() && ca == fb.canonicalFilePath();
+}
+
+QsciScintilla::EolMode eolMode(LineEnding e) {
+    switch (e) {
+    case LineEnding::CrLf: return QsciScintilla::EolWindows;
+    case LineEnding::Cr: return QsciScintilla::EolMac;
+    case LineEnding::Lf: break;
+    }
+    return QsciScintilla::EolUnix;
+}
+
+}  // namespace
+
+Document::Document(SourceView& view)
+    : view_(view), language_(std::make_unique<Language>()), format_(std::make_unique<FileFormat>()) {}
+
+Document::~Document() = default;
+
+Language& Document::language() { return *language_; }
+
+bool Document::Modified() const { return view_.SendScintilla(Sci::SCI_GETMODIFY) != 0; }
+
+void Document::setAllText(const QByteArray& utf8) {
+    endRun();
+    const bool readOnly = view_.isReadOnly();
+    view_.setReadOnly(false);
+    // The loaded text is no step to undo, and recording it would hold a second copy of a large file.
+    view_.SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 0L);
+    view_.SendScintilla(Sci::SCI_SETTEXT, uintptr_t(0), utf8.constData());
+    view_.SendScintilla(Sci::SCI_EMPTYUNDOBUFFER);
+    view_.SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 1L);
+    view_.SendScintilla(Sci::SCI_SETSAVEPOINT);
+    view_.SendScintilla(Sci::SCI_GOTOPOS, 0L);
+    view_.setReadOnly(readOnly);
+    view_.checkCaretMoved();
+}
+
+// The bytes go into the control as they are, in UTF-8: a file with mixed line endings keeps them, and
+// the first ending found only decides what Enter inserts.
+void Document::LoadFile(const QString& path) {
+    *format_ = FileFormat{};
+    auto refuse = [&](const Failure& f, const QString& reason) {
+        setAllText({});
+        format_->refusedPath = QFileInfo(path).absoluteFilePath();
+        format_->refusedReason = reason;
+        throw f;
+    };
+    const QFileInfo info(path);
+    if (!info.exists()) {
+        setAllText({});
+        throw osFailure(ENOENT, path);
+    }
+    if (info.isDir())
+        refuse(osFailure(EISDIR, path), QStringLiteral("it is a folder"));
+    const auto tooLarge = [&](qint64 size) {
+        refuse(Failure(EFBIG, QStringLiteral("%1: The file is too large to open (%2 MB; the limit is %3 MB).")
+                                  .arg(path)
+                                  .arg(size / (1024 * 1024))
+                                  .arg(kMaxFileBytes / (1024 * 1024))),
+               QStringLiteral("it is too large"));
+    };
+    if (info.size() > kMaxFileBytes)
+        tooLarge(info.size());
+
+    QFile file(path);
+    errno = 0;
+    if (!file.open(QIODevice::ReadOnly))
+        refuse(osFailure(lastError(EACCES), path), QStringLiteral("it could not be read"));
+    errno = 0;
+    // A file that reports no size (a device, a pipe) is read up to the limit and one byte more.
+    QByteArray bytes = file.read(kMaxFileBytes + 1);
+    if (file.error() != QFileDevice::NoError)
+        refuse(osFailure(lastError(EIO), path), QStringLiteral("it could not be read"));
+    if (bytes.size() > kMaxFileBytes)
+        tooLarge(bytes.size());
+    if (bytes.contains('\0'))
+        refuse(Failure(EILSEQ, QStringLiteral("%1: The file holds binary data (NUL bytes), not text; it was not opened.")
+                                   .arg(path)),
+               QStringLiteral("it holds binary data"));
+
+    const TextFormat format = detectFormat(bytes);
+    const QByteArray utf8 = toUtf8Text(bytes, format.encoding);
+    bytes.clear();
+    setAllText(utf8);
+    format_->text = format;
+    view_.setEolMode(eolMode(format.lineEnding));
+}
+
+void Document::SaveFile(const QString& path) {
+    endRun();
+    if (!format_->refusedPath.isEmpty() && samePath(path, format_->refusedPath))
+        throw Failure(EPERM, QStringLiteral("%1 was not opened, as %2, so this document is not saved over it: "
+                                            "that would destroy the file. Save under another name.")
+                                 .arg(path, format_->refusedReason));
+    const auto* chars = reinterpret_cast<const char*>(view_.SendScintilla(Sci::SCI_GETCHARACTERPOINTER));
+    const QByteArrayView utf8(chars, view_.SendScintilla(Sci::SCI_GETLENGTH));
+    TextEncoding encoding = format_->text.encoding;
+    std::optional<QByteArray> bytes = fromUtf8Text(utf8, encoding);
+    if (!bytes) {
+        // The user typed a character that the file's code page has no byte for: UTF-8 keeps it, where
+        // the code page would have lost it.
+        encoding = TextEncoding::Utf8;
+        bytes = utf8.toByteArray();
+    }
+
+    // Unbuffered: a buffered QSaveFile whose last write fails on a full disk still commits the cut file.
+    QSaveFile file(path);
+    errno = 0;
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        throw osFailure(lastError(QFileInfo(path).isDir() ? EISDIR : EACCES), path);
+    errno = 0;
+    if (file.write(*bytes) != bytes->size()) {
+        const int err = lastError(ENOSPC);
+        file.cancelWriting();
+        throw osFailure(err, path);
+    }
+    errno = 0;
+    if (!file.commit())
+        throw osFailure(lastError(EIO), path);
+    format_->text.encoding = encoding;
+    view_.SendScintilla(Sci::SCI_SETSAVEPOINT);
+}
+
+int Document::NumLines() const { return int(view_.SendScintilla(Sci::SCI_GETLINECOUNT)); }
+
+QString Document::GetLine(int line) const { return lineText(view_, line); }
+
+int Document::GetLineLength(int line) const { return lineLength(view_, line); }
+
+bool Document::CanUndo() const { return view_.SendScintilla(Sci::SCI_CANUNDO) != 0; }
+
+bool Document::CanRedo() const { return view_.SendScintilla(Sci::SCI_CANREDO) != 0; }
+
+void Document::Undo() {
+    endRun();
+    view_.undo();
+    view_.checkCaretMoved();
+}
+
+void Document::Redo() {
+    endRun();
+    view_.redo();
+    view_.checkCaretMoved();
+}
+
+// A run of InsertImpl and DeleteImpl calls (an indent of many lines) is one step to undo. The system ends
+// a run with UpdateViews; should that call not come, the run ends when control returns to the event loop,
+// so that the user's next typing never joins it.
+void Document::beginRun() {
+    if (runOpen_)
+        return;
+    runOpen_ = true;
+    view_.beginUndoAction();
+    QTimer::singleShot(0, &view_, [this] { endRun(); });
+}
+
+void Document::endRun() {
+    if (!runOpen_)
+        return;
+    runOpen_ = false;
+    view_.endUndoAction();
+}
+
+// The flag and the end position the original gave back are not used by the system.
+void Document::InsertImpl(int col, int line, const QString& text, bool) {
+    beginRun();
+    view_.SendScintilla(Sci::SCI_INSERTTEXT, uintptr_t(positionAt(view_, col, line)), text.toUtf8().constData());
+    view_.checkCaretMoved();
+}
+
+void Document::DeleteImpl(int startCol, int startLine, int endCol, int endLine) {
+    const long a = positionAt(view_, startCol, startLine), b = positionAt(view_, endCol, endLine);
+    if (a == b)
+        return;
+    beginRun();
+    view_.SendScintilla(Sci::SCI_DELETERANGE, std::min(a, b), std::abs(b - a));
+    view_.checkCaretMoved();
+}
+
+// Scintilla repaints changed lines by itself; what is left is to close the run as one undo step.
+void Document::UpdateViews(int, int, int, int, int) {
+    endRun();
+    view_.viewport()->update();
+}

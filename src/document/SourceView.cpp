@@ -1,0 +1,306 @@
+#include "document/SourceView.h"
+
+#include "document/Positions.h"
+#include "document/SourceViewAccessible.h"
+#include "document/SourceViewImpl.h"
+#include "platform/SystemColors.h"
+
+#include <QAccessible>
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QTimer>
+
+using Sci = QsciScintillaBase;
+
+namespace {
+
+// QScintilla hands Scintilla only the family name, so the style hint has to be resolved here: "Courier"
+// on a Linux desktop may otherwise come out proportional.
+QString fixedPitchFamily(const QString& name) {
+    QFont f(name);
+    f.setStyleHint(QFont::TypeWriter);
+    f.setFixedPitch(true);
+    const QFontInfo info(f);
+    return info.fixedPitch() ? info.family() : QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
+}
+
+}  // namespace
+
+SourceView::Impl::Impl(SourceView& view, bool plainText)
+    : q(view), plain(plainText), document(std::make_unique<Document>(view)) {
+    if (!plain)
+        lexer = std::make_unique<SourceLexer>(document->language());
+    fore = systemColor(kColorWindowText);
+    back = textBack = systemColor(kColorWindow);
+    selFore = systemColor(kColorHighlightText);
+    selBack = systemColor(kColorHighlight);
+    marginStyle = plain ? 0 : 1;
+    family = fixedPitchFamily(fontName);
+}
+
+QFont SourceView::Impl::baseFont() const {
+    QFont f(family);
+    f.setStyleHint(QFont::TypeWriter);
+    f.setFixedPitch(true);
+    f.setPointSizeF(9.75);
+    f.setWeight(QFont::Normal);
+    return f;
+}
+
+// Font style bits: 1 bold, 2 italic, 4 underline. The system gives the reserved words 1, so they stand
+// out by weight alone and keep the grid of a fixed-pitch face.
+QFont SourceView::Impl::styleFont(int style) const {
+    QFont f = baseFont();
+    f.setBold(style & 1);
+    f.setItalic(style & 2);
+    f.setUnderline(style & 4);
+    return f;
+}
+
+void SourceView::Impl::applyLook() {
+    if (lexer) {
+        for (int s = 0; s < TokenInfo::kClasses; ++s) {
+            const QColor color = toQColor(screen.hasForeground(s) ? screen.foreground(s) : fore);
+            const QColor paper = toQColor(screen.hasBackground(s) ? screen.background(s) : textBack);
+            const QFont font = styleFont(screen.fontStyle(s));
+            if (lexer->color(s) != color)
+                lexer->setColor(color, s);
+            if (lexer->paper(s) != paper)
+                lexer->setPaper(paper, s);
+            if (lexer->font(s) != font)
+                lexer->setFont(font, s);
+        }
+    } else {
+        const PlainSent now{baseFont(), toQColor(fore), toQColor(textBack)};
+        if (!plainSent || !(*plainSent == now)) {
+            q.setFont(now.font);
+            q.setColor(now.color);
+            q.setPaper(now.paper);
+            q.SendScintilla(Sci::SCI_STYLECLEARALL);
+            plainSent = now;
+            sent.reset();  // the paper went to the default style too
+        }
+    }
+    // The default style paints where no text is: below the last line and right of the line ends.
+    // Each of these makes Scintilla lay the screen out again, so only a change is sent.
+    const Sent now{toQColor(back).rgb(), toQColor(selFore).rgb(), toQColor(selBack).rgb(), toQColor(fore).rgb()};
+    if (sent && *sent == now)
+        return;
+    q.SendScintilla(Sci::SCI_STYLESETBACK, Sci::STYLE_DEFAULT, toQColor(back));
+    q.setSelectionForegroundColor(toQColor(selFore));
+    q.setSelectionBackgroundColor(toQColor(selBack));
+    q.setCaretForegroundColor(toQColor(fore));
+    sent = now;
+}
+
+void SourceView::Impl::applyPrintLook() {
+    if (!lexer)
+        return;
+    // Paper is white in print, so a class without a print colour prints black rather than in a screen
+    // colour chosen for another background.
+    for (int s = 0; s < TokenInfo::kClasses; ++s) {
+        lexer->setColor(print.hasForeground(s) ? toQColor(print.foreground(s)) : QColor(Qt::black), s);
+        lexer->setPaper(Qt::white, s);
+        lexer->setFont(styleFont(print.fontStyle(s)), s);
+    }
+}
+
+// Margin styles. QScintilla's margins never scroll sideways with the text, so the two differ in what they
+// show: 1 (fixed) is a plain 20-pixel strip where a click selects the line, the width the document
+// window's own margin test uses; 2 (scrolling) adds line numbers, which scroll up and down with the text,
+// in front of that strip.
+void SourceView::Impl::applyMargins() {
+    for (int m = 0; m < 3; ++m)
+        q.setMarginWidth(m, 0);
+    q.setMarginLineNumbers(0, marginStyle == 2);
+    if (marginStyle == 2) {
+        q.setMarginType(0, QsciScintilla::NumberMargin);
+        q.setMarginWidth(0, QStringLiteral("000000"));
+    }
+    if (marginStyle == 1 || marginStyle == 2) {
+        q.setMarginType(1, QsciScintilla::SymbolMargin);
+        q.setMarginSensitivity(1, false);  // Scintilla then selects the line on a click
+        q.setMarginWidth(1, 20);
+    }
+}
+
+SourceView::SourceView(QWidget* parent, bool plainText)
+    : QsciScintilla(parent), d(std::make_unique<Impl>(*this, plainText)) {
+    setUtf8(true);
+    setEolMode(EolUnix);
+    // Outdent takes a tab or up to four blanks as one step, so a tab is four columns wide.
+    setTabWidth(4);
+    setIndentationsUseTabs(true);
+    setIndentationWidth(0);
+    setWrapMode(WrapNone);
+    // The right button opens the document window's menu, not Scintilla's.
+    SendScintilla(SCI_USEPOPUP, 0L);
+    SendScintilla(SCI_SETSCROLLWIDTH, 1L);
+    SendScintilla(SCI_SETSCROLLWIDTHTRACKING, 1L);
+    viewport()->setMouseTracking(true);
+    if (d->lexer)
+        setLexer(d->lexer.get());
+    d->applyMargins();
+    d->screen.changed = [this] { d->applyLook(); };
+    d->applyLook();
+
+    // Only the notices before a change: QScintilla answers the ones after it by counting the characters
+    // from the start of the text, for accessibility, which makes each keystroke at the end of a large
+    // file cost tens of milliseconds. Accessibility is served by SourceViewAccessible instead.
+    SourceViewAccessible::install();
+    SendScintilla(SCI_SETMODEVENTMASK, long(SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE));
+    d->connections[0] = connect(this, &QsciScintillaBase::SCN_MODIFIED, this,
+                                [this](int pos, int type, const char* text, int length) {
+                                    d->textAboutToChange(pos, type, text, length);
+                                });
+    // Scintilla tells of caret moves when it repaints; the input handlers tell sooner.
+    d->connections[1] = connect(this, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int) { checkCaretMoved(); });
+}
+
+SourceView::~SourceView() {
+    // QScintilla may still signal while it is torn down, after the parts are gone.
+    for (const auto& c : d->connections)
+        disconnect(c);
+}
+
+Document& SourceView::document() { return *d->document; }
+TokenInfo& SourceView::tokenInfo() { return d->screen; }
+TokenInfo& SourceView::printTokenInfo() { return d->print; }
+ViewOptions& SourceView::viewOptions() { return d->options; }
+FindDialog* SourceView::findDialog() const { return d->findDialog; }
+SourceLexer* SourceView::sourceLexer() const { return d->lexer.get(); }
+
+QString SourceView::FontName() const { return d->fontName; }
+
+void SourceView::setFontName(const QString& name) {
+    d->fontName = name;
+    d->family = fixedPitchFamily(name);
+    d->applyLook();
+}
+
+qint32 SourceView::ForeColor() const { return d->fore; }
+
+void SourceView::setForeColor(qint32 c) {
+    d->fore = c;
+    d->applyLook();
+}
+
+qint32 SourceView::BackColor() const { return d->back; }
+
+void SourceView::setBackColor(qint32 c) {
+    d->back = c;
+    d->applyLook();
+}
+
+qint32 SourceView::TextBackColor() const { return d->textBack; }
+
+void SourceView::setTextBackColor(qint32 c) {
+    d->textBack = c;
+    d->applyLook();
+}
+
+qint32 SourceView::SelForeColor() const { return d->selFore; }
+
+void SourceView::setSelForeColor(qint32 c) {
+    d->selFore = c;
+    d->applyLook();
+}
+
+qint32 SourceView::SelBackColor() const { return d->selBack; }
+
+void SourceView::setSelBackColor(qint32 c) {
+    d->selBack = c;
+    d->applyLook();
+}
+
+int SourceView::CaretY() const { return int(SendScintilla(SCI_LINEFROMPOSITION, SendScintilla(SCI_GETCURRENTPOS))); }
+
+bool SourceView::TextSelected() const { return SendScintilla(SCI_GETSELECTIONEMPTY) == 0; }
+
+int SourceView::MarginStyle() const { return d->marginStyle; }
+
+void SourceView::setMarginStyle(int style) {
+    d->marginStyle = style;
+    d->applyMargins();
+}
+
+QString SourceView::Text() const { return text(); }
+
+void SourceView::SetText(const QString& t) {
+    const bool ro = isReadOnly();
+    setReadOnly(false);
+    setText(t);
+    setReadOnly(ro);
+    checkCaretMoved();
+}
+
+// Styling only changes when the word lists or delimiters did, so a Refresh during a compile costs the
+// comparison of the styles and a repaint; after a word list change only the lines on screen are restyled
+// now, the others when they come on screen.
+void SourceView::Refresh() {
+    d->applyLook();
+    if (d->lexer)
+        d->lexer->restyleVisible();
+    viewport()->update();
+}
+
+void SourceView::SetupView(int, int) {
+    // The original control's set-up flags select nothing this control needs: stored nowhere, no effect.
+}
+
+void SourceView::Impl::textAboutToChange(long pos, int type, const char* text, int length) {
+    if (!(type & (SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE)))
+        return;
+    const int line = int(q.SendScintilla(SCI_LINEFROMPOSITION, pos));
+    if (!pendingLines) {
+        pendingLines = PendingLines{line, int(q.SendScintilla(SCI_GETLINECOUNT))};
+        // Operations deliver at their end; this covers text changed any other way.
+        QTimer::singleShot(0, &q, [this] { deliverLinesChanged(); });
+    } else {
+        pendingLines->first = std::min(pendingLines->first, line);
+    }
+    if (QAccessible::isActive()) {
+        const int offset = SourceViewAccessible::offsetAt(q, pos);
+        if (type & SC_MOD_BEFOREINSERT) {
+            QAccessibleTextInsertEvent ev(&q, offset, QString::fromUtf8(text, length));
+            QAccessible::updateAccessibility(&ev);
+        } else {
+            const auto* gone = reinterpret_cast<const char*>(q.SendScintilla(SCI_GETRANGEPOINTER, pos, long(length)));
+            QAccessibleTextRemoveEvent ev(&q, offset, QString::fromUtf8(gone, length));
+            QAccessible::updateAccessibility(&ev);
+        }
+    }
+}
+
+// The arguments are approximate, as the system allows: the first changed line, and as many lines after
+// it as the text has grown by.
+void SourceView::Impl::deliverLinesChanged() {
+    if (!pendingLines)
+        return;
+    const PendingLines p = *pendingLines;
+    pendingLines.reset();
+    const int grown = int(q.SendScintilla(SCI_GETLINECOUNT)) - p.countBefore;
+    emit q.LinesChanged(p.first, p.first + std::max(grown, 0));
+}
+
+void SourceView::checkCaretMoved() {
+    d->deliverLinesChanged();
+    int col = 0, line = 0;
+    const long pos = SendScintilla(SCI_GETCURRENTPOS);
+    columnAndLine(*this, pos, col, line);
+    if (col == d->lastCol && line == d->lastLine)
+        return;
+    d->lastCol = col;
+    d->lastLine = line;
+    emit CaretMove(col, line);
+    if (QAccessible::isActive()) {
+        QAccessibleTextCursorEvent ev(this, SourceViewAccessible::offsetAt(*this, pos));
+        QAccessible::updateAccessibility(&ev);
+    }
+}
+
+void SourceView::paintEvent(QPaintEvent* e) {
+    if (d->lexer)
+        d->lexer->restyleVisible();
+    QsciScintilla::paintEvent(e);
+}

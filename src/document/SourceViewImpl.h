@@ -1,0 +1,68 @@
+#pragma once
+// The parts of a SourceView, shared by the files that implement it.
+
+#include "document/Document.h"
+#include "document/FindDialog.h"
+#include "document/SourceLexer.h"
+#include "document/SourceView.h"
+#include "document/TokenInfo.h"
+
+#include <QFont>
+#include <QPointer>
+#include <array>
+#include <memory>
+#include <optional>
+
+struct SourceView::Impl {
+    Impl(SourceView& view, bool plainText);
+
+    SourceView& q;
+    const bool plain;  // no language: the compiler's output
+    std::unique_ptr<Document> document;  // before the lexer, which reads its Language
+    TokenInfo screen;
+    TokenInfo print;
+    ViewOptions options;
+    std::unique_ptr<SourceLexer> lexer;
+    QPointer<FindDialog> findDialog;
+
+    QString fontName = QStringLiteral("Courier New");
+    QString family;  // the installed face that stands for fontName
+    qint32 fore = 0, back = 0, textBack = 0, selFore = 0, selBack = 0;
+    int marginStyle = 0;
+    int lastCol = -1, lastLine = -1;
+    std::array<QMetaObject::Connection, 2> connections;
+
+    // Lines changed since LinesChanged was last delivered: the first, and the line count before.
+    struct PendingLines {
+        int first, countBefore;
+    };
+    std::optional<PendingLines> pendingLines;
+    // Called before each insertion or deletion; LinesChanged follows once the change is done.
+    void textAboutToChange(long pos, int type, const char* text, int length);
+    void deliverLinesChanged();
+
+    // What applyLook last sent outside the token styles: background, selection colours, caret.
+    using Sent = std::array<QRgb, 4>;
+    std::optional<Sent> sent;
+    struct PlainSent {
+        QFont font;
+        QColor color, paper;
+        bool operator==(const PlainSent&) const = default;
+    };
+    std::optional<PlainSent> plainSent;
+
+    struct Search {
+        QString what;
+        bool matchCase = false, wholeWord = false, forward = true;
+    };
+    std::optional<Search> search;
+
+    // The face asked for, resolved to an installed fixed-pitch one, at 9.75 points, weight 400.
+    QFont baseFont() const;
+    QFont styleFont(int style) const;
+    // Puts the font and colours into QScintilla's styles; only what changed is sent.
+    void applyLook();
+    // For the length of a print: the print table's colours on white paper.
+    void applyPrintLook();
+    void applyMargins();
+};

@@ -1,0 +1,302 @@
+#include "shell/ToolBars.h"
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QActionGroup>
+#include <QCursor>
+#include <QEvent>
+#include <QFile>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSignalBlocker>
+#include <QToolBar>
+
+namespace {
+
+// The desktop's own icon where its theme has one, else the bundled picture (16 px, and 32 px for dense screens).
+QIcon toolIcon(const Tool& tool) {
+    for (const QString& name : tool.themeIcon().split(QLatin1Char(' '), Qt::SkipEmptyParts))
+        if (QIcon::hasThemeIcon(name))
+            return QIcon::fromTheme(name);
+    const QString file = tool.fallbackIcon();
+    if (file.isEmpty())
+        return {};
+    QIcon icon;
+    icon.addFile(file, QSize(16, 16));
+    QString dense = file;
+    dense.insert(dense.lastIndexOf(QLatin1Char('.')), QLatin1String("@2x"));
+    if (QFile::exists(dense))
+        icon.addFile(dense, QSize(32, 32));
+    return icon;
+}
+
+bool isWidgetKind(ToolKind k) { return k == ToolKind::ComboBox || k == ToolKind::Label; }
+
+}  // namespace
+
+// --- ToolComboBox ------------------------------------------------------------------------------
+
+ToolComboBox::ToolComboBox(QWidget* parent) : QComboBox(parent) {
+    // The list can close by a pick, Escape or a click elsewhere; all of them hide its window.
+    view()->parentWidget()->installEventFilter(this);
+}
+
+bool ToolComboBox::eventFilter(QObject* watched, QEvent* event) {
+    // Queued: a pick is applied only after the list has been hidden.
+    if (event->type() == QEvent::Hide && watched == view()->parentWidget())
+        QMetaObject::invokeMethod(this, &ToolComboBox::closedUp, Qt::QueuedConnection);
+    return QComboBox::eventFilter(watched, event);
+}
+
+void ToolComboBox::wheelEvent(QWheelEvent* event) {
+    // A selection changes only through the open list, so that every change ends in a close-up.
+    event->ignore();
+}
+
+void ToolComboBox::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        showPopup();
+        return;
+    default:
+        // Typing would search the closed list and so pick without a close-up: open it instead.
+        if (!event->text().isEmpty() && event->text().at(0).isPrint() && event->modifiers() == Qt::NoModifier) {
+            showPopup();
+            return;
+        }
+        QComboBox::keyPressEvent(event);
+    }
+}
+
+// --- SSActiveToolBars --------------------------------------------------------------------------
+
+SSActiveToolBars::SSActiveToolBars(QObject* parent) : QObject(parent) {
+    addObserver(this);
+}
+
+SSActiveToolBars::~SSActiveToolBars() {
+    removeObserver(this);
+    // The frame may outlive the control: its widgets must not call into a model that is gone.
+    for (const auto& a : std::as_const(actions_))
+        if (a)
+            a->disconnect(this);
+    for (const auto& w : std::as_const(widgets_))
+        if (w)
+            w->disconnect(this);
+    for (const auto& m : std::as_const(menus_))
+        if (m)
+            m->disconnect(this);
+}
+
+void SSActiveToolBars::attach(QMainWindow& frame) {
+    if (frame_)
+        return;
+    frame_ = &frame;
+    for (const auto& t : Tools()) {
+        if (t->kind() != ToolKind::Menu)
+            continue;
+        Tool* menuTool = t.get();
+        auto* m = new QMenu(t->Caption(), &frame);
+        m->setObjectName(t->ID());
+        connect(m, &QMenu::aboutToShow, this, [this, menuTool] { emit ToolClick(*menuTool); });
+        menus_.insert(menuTool, m);
+    }
+
+    menuBar_ = frame.menuBar();
+    standard_ = new QToolBar(QLatin1String(kStandardBand), &frame);
+    standard_->setObjectName(QLatin1String(kStandardBand));
+    standard_->setIconSize(QSize(16, 16));
+    standard_->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    // No band layout is kept, so the user gets no way to move or hide it.
+    standard_->setMovable(false);
+    standard_->toggleViewAction()->setVisible(false);
+    frame.addToolBar(Qt::TopToolBarArea, standard_);
+
+    for (const auto& b : bands())
+        for (int i = 0; i < b->Tools().Count(); ++i)
+            buildPlace(b->Tools(), i);
+    for (const auto& t : Tools())
+        if (t->kind() == ToolKind::Menu)
+            for (int i = 0; i < t->Menu().Tools().Count(); ++i)
+                buildPlace(t->Menu().Tools(), i);
+    redrawChanged(Redraw());
+}
+
+void SSActiveToolBars::PopupMenu(const QString& menuId) {
+    Tool& t = Tools().Item(menuId);
+    t.Menu();  // a failure for anything but a menu
+    if (QMenu* m = menus_.value(&t.base()))
+        m->popup(QCursor::pos());
+}
+
+QMenu* SSActiveToolBars::menu(const QString& menuId) const {
+    Tool* t = const_cast<SSActiveToolBars*>(this)->Tools().find(menuId);
+    return t ? menus_.value(&t->base()).data() : nullptr;
+}
+
+QWidget* SSActiveToolBars::containerOf(const ToolList& list) const {
+    if (list.menuTool())
+        return menus_.value(list.menuTool());
+    if (list.isBand()) {
+        if (list.owner().compare(QLatin1String(kMenuBarBand), Qt::CaseInsensitive) == 0)
+            return menuBar_;
+        if (list.owner().compare(QLatin1String(kStandardBand), Qt::CaseInsensitive) == 0)
+            return standard_;
+    }
+    return nullptr;
+}
+
+void SSActiveToolBars::buildPlace(ToolList& list, int index) {
+    QWidget* container = containerOf(list);
+    if (!container)
+        return;
+    Tool& place = list.at(index);
+    QAction* before = index + 1 < list.Count() ? actions_.value(&list.at(index + 1)).data() : nullptr;
+    auto* bar = qobject_cast<QToolBar*>(container);
+    QAction* a = nullptr;
+    if (bar && !place.isSeparator() && isWidgetKind(place.kind())) {
+        a = makeWidgetAction(place, *bar, before);
+    } else {
+        a = makeAction(place, container);
+        container->insertAction(before, a);
+    }
+    actions_.insert(&place, a);
+    applyStates(place);
+}
+
+QAction* SSActiveToolBars::makeAction(Tool& place, QWidget* container) {
+    auto* a = new QAction(container);
+    if (place.isSeparator()) {
+        a->setSeparator(true);
+        return a;
+    }
+    Tool& tool = place.base();
+    a->setText(place.Caption());
+    if (!tool.ToolTip().isEmpty())
+        a->setToolTip(tool.ToolTip());
+    a->setIcon(toolIcon(tool));
+    if (tool.kind() == ToolKind::Menu) {
+        a->setMenu(menus_.value(&tool).data());
+        return a;
+    }
+    if (tool.kind() == ToolKind::Label)
+        return a;
+    if (tool.kind() == ToolKind::StateButton) {
+        a->setCheckable(true);
+        if (!tool.Group().isEmpty()) {
+            const QString key = QString::number(reinterpret_cast<quintptr>(container)) + QLatin1Char('/') +
+                                tool.Group().toLower();
+            QPointer<QActionGroup>& g = groups_[key];
+            if (!g)
+                g = new QActionGroup(container);
+            g->addAction(a);
+        }
+    }
+    connect(a, &QAction::triggered, this, [this, &place, a] {
+        if (a->isCheckable())
+            place.setPressed(a->isChecked());
+        emit ToolClick(place);
+    });
+    return a;
+}
+
+QAction* SSActiveToolBars::makeWidgetAction(Tool& place, QToolBar& bar, QAction* before) {
+    Tool& tool = place.base();
+    QWidget* w = nullptr;
+    if (tool.kind() == ToolKind::ComboBox) {
+        auto* combo = new ToolComboBox(&bar);
+        ToolCombo& list = tool.ComboBox();
+        for (int i = 0; i < list.ListCount(); ++i)
+            combo->addItem(list.List(i));
+        combo->setCurrentIndex(list.ListIndex());
+        connect(combo, &QComboBox::currentIndexChanged, this, [&tool](int i) { tool.ComboBox().userSelected(i); });
+        connect(combo, &ToolComboBox::closedUp, this, [this, &place] { emit ComboCloseUp(place); });
+        w = combo;
+    } else {
+        auto* label = new QLabel(place.Caption(), &bar);
+        label->setIndent(4);
+        w = label;
+    }
+    w->setObjectName(tool.ID());
+    if (place.Width() > 0)
+        w->setFixedWidth(place.Width());
+    if (!tool.ToolTip().isEmpty())
+        w->setToolTip(tool.ToolTip());
+    widgets_.insert(&place, w);
+    return bar.insertWidget(before, w);
+}
+
+void SSActiveToolBars::applyStates(Tool& place) {
+    const Tool& tool = place.base();
+    if (QAction* a = actions_.value(&place)) {
+        a->setEnabled(tool.Enabled());
+        a->setVisible(tool.Visible());
+        if (a->isCheckable())
+            a->setChecked(tool.Pressed());
+    }
+    if (QWidget* w = widgets_.value(&place))
+        w->setEnabled(tool.Enabled());
+}
+
+void SSActiveToolBars::toolChanged(Tool& tool, Property property) {
+    if (property == Property::Caption) {
+        if (QAction* a = actions_.value(&tool))
+            a->setText(tool.Caption());
+        if (auto* label = qobject_cast<QLabel*>(widgets_.value(&tool).data()))
+            label->setText(tool.Caption());
+        return;
+    }
+    for (Tool* p : tool.places())
+        applyStates(*p);
+}
+
+void SSActiveToolBars::memberAdded(ToolList& list, int index) { buildPlace(list, index); }
+
+void SSActiveToolBars::memberRemoving(ToolList& list, int index) {
+    Tool& member = list.at(index);
+    if (list.isMain()) {
+        delete menus_.take(&member).data();
+        return;
+    }
+    QPointer<QWidget> w = widgets_.take(&member);
+    delete actions_.take(&member).data();
+    delete w.data();
+}
+
+void SSActiveToolBars::redrawChanged(bool redraw) {
+    if (menuBar_)
+        menuBar_->setUpdatesEnabled(redraw);
+    if (standard_)
+        standard_->setUpdatesEnabled(redraw);
+}
+
+void SSActiveToolBars::comboChanged(ToolCombo& combo, ComboChange change) {
+    for (Tool* p : combo.tool().places()) {
+        auto* box = qobject_cast<QComboBox*>(widgets_.value(p).data());
+        if (!box)
+            continue;
+        const QSignalBlocker block(box);
+        switch (change) {
+        case ComboChange::Cleared:
+            box->clear();
+            break;
+        case ComboChange::ItemAdded:
+            box->addItem(combo.List(combo.ListCount() - 1));
+            // The widget selects a first entry by itself; the list's own index stands.
+            box->setCurrentIndex(combo.ListIndex());
+            break;
+        case ComboChange::IndexSet:
+            box->setCurrentIndex(combo.ListIndex());
+            break;
+        }
+    }
+}
