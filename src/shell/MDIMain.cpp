@@ -26,6 +26,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <cerrno>
 #include <cmath>
@@ -147,6 +148,9 @@ void MDIMain::placeFrame() {
         move(twipsX(*p.left), y());
     if (p.top)
         move(x(), twipsY(*p.top));
+    // A position given by the program, also 0,0: window managers otherwise place the frame themselves.
+    if (QWindow* w = windowHandle(); w && (p.left || p.top))
+        w->setFramePosition(pos());
     if (p.width)
         resize(std::max(1, twipsX(*p.width) - extra.width()), height());
     if (p.windowState) {
