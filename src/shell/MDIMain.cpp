@@ -148,11 +148,12 @@ void MDIMain::placeFrame() {
         move(twipsX(*p.left), y());
     if (p.top)
         move(x(), twipsY(*p.top));
-    // A position given by the program, also 0,0: window managers otherwise place the frame themselves.
-    if (QWindow* w = windowHandle(); w && (p.left || p.top))
-        w->setFramePosition(pos());
     if (p.width)
         resize(std::max(1, twipsX(*p.width) - extra.width()), height());
+    // The stored place is the frame's, also at 0,0; without this a window manager would place the
+    // client there, or place the frame by its own rule.
+    if (QWindow* w = windowHandle(); w && (p.left || p.top))
+        w->setFramePosition(pos());
     if (p.windowState) {
         switch (*p.windowState) {
         case 1: setWindowState(Qt::WindowMinimized); break;
