@@ -9,6 +9,7 @@
 #include <QUrl>
 
 #include <cerrno>
+#include <fcntl.h>
 #include <csignal>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -85,6 +86,15 @@ std::unique_ptr<HiddenProcess> PosixLauncher::startHidden(const QString& script,
         throw osFailure(errno);
     if (pid == 0) {
         ::setsid();
+        // No terminal: the compiler's text goes to temp.dat, the script's own chatter nowhere.
+        const int devnull = ::open("/dev/null", O_RDWR);
+        if (devnull >= 0) {
+            ::dup2(devnull, 0);
+            ::dup2(devnull, 1);
+            ::dup2(devnull, 2);
+            if (devnull > 2)
+                ::close(devnull);
+        }
         if (!dir.isEmpty() && ::chdir(dir.constData()) != 0)
             ::_exit(127);
         ::execl(sh.constData(), "sh", path.constData(), static_cast<char*>(nullptr));

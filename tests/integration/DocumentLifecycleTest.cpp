@@ -29,12 +29,6 @@ struct Frame {
 };
 }  // namespace
 
-TEST(SaveModified, UnchangedDocumentAsksNothing) {
-    Frame t;
-    EXPECT_TRUE(t.doc()->SaveModified());
-    EXPECT_TRUE(t.w.prompts.boxes.empty());
-}
-
 TEST(SaveModified, YesAlwaysAsksForTheNameAndSavesThere) {
     Frame t;
     t.doc()->View->insert("HIGH 1");
@@ -82,18 +76,6 @@ TEST(SaveModified, FailedSaveReportsAndKeepsTheDocument) {
     EXPECT_EQ(t.w.prompts.boxes[1].icon, Icon::None);
     EXPECT_TRUE(t.doc()->View->document().Modified());
     EXPECT_EQ(t.doc()->View->Text(), "precious");
-}
-
-TEST(SaveModified, NoDropsTheChangesAndClosesTheLastDocument) {
-    Frame t;
-    t.doc()->View->insert("scratch");
-    t.w.prompts.answers = {Answer::No};
-    EXPECT_TRUE(t.doc()->subWindow()->close());
-    EXPECT_EQ(t.f->miDocCount, 0);
-    EXPECT_EQ(t.f->activeDocument(), nullptr);
-    EXPECT_FALSE(QFile::exists(t.w.appDir() + "/doc.pbp"));
-    EXPECT_EQ(setting(Key::LastFile), t.w.appDir() + "/doc.pbp");
-    EXPECT_EQ(globals().loadedWindows.size(), 1u);
 }
 
 TEST(Documents, AnyNumberAndEachActivates) {

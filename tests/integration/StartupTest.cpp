@@ -143,8 +143,15 @@ TEST(Startup, ClosingWithNoDocumentKeepsLastFile) {
     TestWorld w;
     w.writeDeviceCatalogue();
     auto f = start(w.appDir() + "/a.pbp");
+    // No drops the changes; the last document closes and leaves the frame.
+    f->activeDocument()->View->insert("scratch");
+    w.prompts.answers = {Answer::No};
     ASSERT_TRUE(f->activeDocument()->subWindow()->close());
     EXPECT_EQ(f->miDocCount, 0);
+    EXPECT_EQ(f->activeDocument(), nullptr);
+    EXPECT_FALSE(QFile::exists(w.appDir() + "/a.pbp"));
+    EXPECT_EQ(globals().loadedWindows.size(), 1u);
+    EXPECT_EQ(stored("Startup", "LastFile"), w.appDir() + "/a.pbp");
     saveSetting(Key::LastFile, "/kept.pbp");
     ASSERT_TRUE(f->close());
     EXPECT_EQ(stored("Startup", "LastFile"), "/kept.pbp");
