@@ -5,6 +5,7 @@
 #include "platform/Failure.h"
 #include "platform/OpenSave.h"
 #include "platform/Prompts.h"
+#include "platform/FixedDialog.h"
 #include "platform/Twips.h"
 #include "shell/Convert.h"
 #include "shell/Globals.h"
@@ -22,13 +23,6 @@
 #include <algorithm>
 
 namespace {
-void place(QWidget* w, int left, int top, int width, int height) {
-    w->setGeometry(twipsToPixelsX(left), twipsToPixelsY(top), twipsToPixelsX(width), twipsToPixelsY(height));
-    // A caption wider in this font than in the one the box was made for runs on rather than being cut.
-    if (auto* label = qobject_cast<QLabel*>(w))
-        label->resize(std::max(label->width(), label->sizeHint().width()), label->height());
-}
-
 QString checkText(const QCheckBox* box) { return box->isChecked() ? QStringLiteral("1") : QStringLiteral("0"); }
 
 // 1 sets the mark, 0 clears it; any other stored value is a failure of the step.
@@ -41,56 +35,48 @@ void setCheck(QCheckBox* box, const QString& stored) {
 }  // namespace
 
 frmCompile::frmCompile(MDIMain& frame) : QDialog(&frame), frame_(frame) {
-    setWindowTitle(QStringLiteral("Compiler Options"));
-    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                   Qt::WindowCloseButtonHint);
-    setModal(true);
-    setFixedSize(twipsToPixelsX(7065), twipsToPixelsY(2865));
-    // The twips geometry was laid out for an 8-point dialog font; a larger one would clip the captions.
-    QFont small = font();
-    small.setPointSizeF(8);
-    setFont(small);
+    setupFixedDialog(*this, QStringLiteral("Compiler Options"), 7065, 2865);
 
     Compiler = new QComboBox(this);
     Compiler->addItem(QStringLiteral("PicBasic Pro Compiler"));
     Compiler->addItem(QStringLiteral("PicBasic Compiler"));
     Compiler->setToolTip(QStringLiteral("Select Desired Compiler"));
-    place(Compiler, 150, 240, 5385, 315);
+    placeInTwips(Compiler, 150, 240, 5385, 315);
 
     Label2 = new QLabel(QStringLiteral("Compiler Pathname:"), this);
-    place(Label2, 150, 720, 1815, 255);
+    placeInTwips(Label2, 150, 720, 1815, 255);
     CompilerPath = new QLineEdit(this);
     CompilerPath->setToolTip(QStringLiteral("Compiler Pathname"));
-    place(CompilerPath, 150, 960, 5145, 285);
+    placeInTwips(CompilerPath, 150, 960, 5145, 285);
     Browse = new QPushButton(QStringLiteral("..."), this);
     Browse->setToolTip(QStringLiteral("Browse"));
-    place(Browse, 5265, 960, 255, 280);
+    placeInTwips(Browse, 5265, 960, 255, 280);
 
     Label1 = new QLabel(QStringLiteral("Command Line Options:"), this);
-    place(Label1, 150, 1320, 1815, 255);
+    placeInTwips(Label1, 150, 1320, 1815, 255);
     CommandOptions = new QLineEdit(this);
     CommandOptions->setToolTip(QStringLiteral("Compiler Command Line Options"));
-    place(CommandOptions, 150, 1560, 5370, 285);
+    placeInTwips(CommandOptions, 150, 1560, 5370, 285);
 
     AutoClose = new QCheckBox(QStringLiteral("Auto Close Compiler Output Screen in: 5 Secs"), this);
-    place(AutoClose, 150, 2025, 5190, 240);
+    placeInTwips(AutoClose, 150, 2025, 5190, 240);
     SecScroll = new QScrollBar(Qt::Vertical, this);
     SecScroll->setRange(1, 60);
     SecScroll->setValue(5);
     // The up arrow adds a second, as a spin box would.
     SecScroll->setInvertedAppearance(true);
     SecScroll->setInvertedControls(true);
-    place(SecScroll, 5310, 1980, 195, 330);
+    placeInTwips(SecScroll, 5310, 1980, 195, 330);
     cbDoswindow = new QCheckBox(QStringLiteral("Don't Display DOS Window"), this);
-    place(cbDoswindow, 150, 2475, 5370, 195);
+    placeInTwips(cbDoswindow, 150, 2475, 5370, 195);
 
     cmdOK = new QPushButton(QStringLiteral("&OK"), this);
-    place(cmdOK, 5670, 225, 1215, 375);
+    placeInTwips(cmdOK, 5670, 225, 1215, 375);
     cmdOK->setDefault(true);
     cmdExit = new QPushButton(QStringLiteral("&Cancel"), this);
-    place(cmdExit, 5670, 720, 1215, 375);
+    placeInTwips(cmdExit, 5670, 720, 1215, 375);
     Command1 = new QPushButton(QStringLiteral("&Find Compiler"), this);
-    place(Command1, 5670, 1215, 1215, 375);
+    placeInTwips(Command1, 5670, 1215, 1215, 375);
 
     Form_Load();
 

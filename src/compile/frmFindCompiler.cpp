@@ -4,6 +4,7 @@
 #include "compile/frmCompile.h"
 #include "platform/Failure.h"
 #include "platform/Paths.h"
+#include "platform/FixedDialog.h"
 #include "platform/Twips.h"
 #include "shell/Globals.h"
 
@@ -19,49 +20,34 @@
 #include <algorithm>
 
 namespace {
-void place(QWidget* w, int left, int top, int width, int height) {
-    w->setGeometry(twipsToPixelsX(left), twipsToPixelsY(top), twipsToPixelsX(width), twipsToPixelsY(height));
-    // A caption wider in this font than in the one the box was made for runs on rather than being cut.
-    if (auto* label = qobject_cast<QLabel*>(w))
-        label->resize(std::max(label->width(), label->sizeHint().width()), label->height());
-}
-
 // The entry shows the path in upper case; the file's real path travels with it.
 constexpr int kRealPathRole = Qt::UserRole;
 }  // namespace
 
 frmFindCompiler::frmFindCompiler(frmCompile& options) : QDialog(&options), options_(options) {
-    setWindowTitle(QStringLiteral("Compiler Search"));
-    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                   Qt::WindowCloseButtonHint);
-    setModal(true);
-    setFixedSize(twipsToPixelsX(7800), twipsToPixelsY(2385));
-    // The twips geometry was laid out for an 8-point dialog font; a larger one would clip the captions.
-    QFont small = font();
-    small.setPointSizeF(8);
-    setFont(small);
+    setupFixedDialog(*this, QStringLiteral("Compiler Search"), 7800, 2385);
 
     Label1 = new QLabel(QStringLiteral("Search drive:"), this);
-    place(Label1, 90, 135, 1230, 330);
+    placeInTwips(Label1, 90, 135, 1230, 330);
     Drive1 = new QComboBox(this);
     if (Paths* paths = globals().paths)
         Drive1->addItems(paths->searchRoots());
     Drive1->setCurrentIndex(Drive1->count() > 0 ? 0 : -1);
-    place(Drive1, 1395, 90, 960, 315);
+    placeInTwips(Drive1, 1395, 90, 960, 315);
     Label2 = new QLabel(QStringLiteral("for PicBasic and PicBasic Pro Compilers."), this);
-    place(Label2, 2430, 135, 3705, 285);
+    placeInTwips(Label2, 2430, 135, 3705, 285);
     Command1 = new QPushButton(QStringLiteral("&Start Search"), this);
-    place(Command1, 6255, 90, 1455, 330);
+    placeInTwips(Command1, 6255, 90, 1455, 330);
     List1 = new QListWidget(this);
-    place(List1, 45, 540, 7665, 1035);
+    placeInTwips(List1, 45, 540, 7665, 1035);
     lbSearch = new QLabel(this);
-    place(lbSearch, 90, 1620, 7575, 240);
+    placeInTwips(lbSearch, 90, 1620, 7575, 240);
     CPBP = new QPushButton(QStringLiteral("Configure as PicBasic Pro Compiler"), this);
     CPBP->setEnabled(false);
-    place(CPBP, 90, 1935, 2850, 330);
+    placeInTwips(CPBP, 90, 1935, 2850, 330);
     CPBC = new QPushButton(QStringLiteral("Configure as PicBasic Compiler"), this);
     CPBC->setEnabled(false);
-    place(CPBC, 3195, 1935, 2850, 330);
+    placeInTwips(CPBC, 3195, 1935, 2850, 330);
 
     connect(Command1, &QPushButton::clicked, this, [this] { Command1_Click(); });
     connect(List1, &QListWidget::currentRowChanged, this, [this](int row) {

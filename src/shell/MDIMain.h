@@ -99,6 +99,7 @@ private:
     QStringList loadedTitles(int from) const;
     bool alreadyOpen(const QString& path, bool raisedCount);
     bool newDocument();
+    void createCountedDocument(const QString& path);
     bool openDocument();
     bool openRecentFile(int entry);
     bool saveAs();

@@ -210,6 +210,16 @@ bool MDIMain::newDocument() {
     return true;
 }
 
+void MDIMain::createCountedDocument(const QString& path) {
+    try {
+        createDocument(path, false);
+    } catch (const Failure&) {
+        // A file that can't be loaded: the window is gone again, and so is the count it took.
+        --miDocCount;
+        throw;
+    }
+}
+
 bool MDIMain::openDocument() {
     openSave_.CancelError = true;
     openSave_.Filter = kOpenFilter;
@@ -223,13 +233,7 @@ bool MDIMain::openDocument() {
     EnableTools(true);
     if (alreadyOpen(path, true))
         return false;
-    try {
-        createDocument(path, false);
-    } catch (const Failure&) {
-        // The window is gone again, and so is the count it took.
-        --miDocCount;
-        throw;
-    }
+    createCountedDocument(path);
     AddWindowEntry(active().Caption());
     enterRecentFile(SSActiveToolBars1, active().View->document().PathName());
     return true;
@@ -241,12 +245,7 @@ bool MDIMain::openRecentFile(int entry) {
     const QString path = recentFilePath(SSActiveToolBars1, entry);
     if (alreadyOpen(path, true))
         return false;
-    try {
-        createDocument(path, false);
-    } catch (const Failure&) {
-        --miDocCount;
-        throw;
-    }
+    createCountedDocument(path);
     AddWindowEntry(active().Caption());
     return true;
 }

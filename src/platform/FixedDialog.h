@@ -1,0 +1,12 @@
+#pragma once
+// The system's small dialogs: fixed size in twips, no minimise or maximise, controls placed in twips.
+
+#include <QString>
+
+class QDialog;
+class QWidget;
+
+// Title, flags, modality, the fixed client size and the 8-point font the twips layout was made for.
+void setupFixedDialog(QDialog& dlg, const QString& title, int widthTwips, int heightTwips);
+// A control at its place and size in twips; a label wider in this font than planned runs on.
+void placeInTwips(QWidget* w, int left, int top, int width, int height);
