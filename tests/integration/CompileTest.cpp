@@ -1,5 +1,7 @@
 // A compile from the Compile tool to the output screen, with the real gpasm and with a fake compiler.
 #include "compile/CompilerScreen.h"
+#include "compile/frmCompile.h"
+#include "statusbar/cNoStatusBar.h"
 #include "document/Document.h"
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
@@ -186,4 +188,37 @@ TEST(Compile, DeviceSelectionIsRepaired) {
     QFile script(t.w.file("runpb.sh"));
     ASSERT_TRUE(script.open(QIODevice::ReadOnly));
     EXPECT_TRUE(script.readAll().contains("-p'16F84A'"));
+}
+
+TEST(Compile, OptionsSwitchRefiltersTheDeviceListAndKeepsTheIndex) {
+    CompileFrame t("x\n", "/bin/true", false);
+    DeviceCombo& combo = t.f->deviceCombo();
+    ASSERT_EQ(combo.ListCount(), 3);
+    combo.SetListIndex(1);
+    {
+        frmCompile dlg(*t.f);
+        dlg.setCompilerIndex(1);
+        dlg.cmdOK_Click();
+    }
+    EXPECT_FALSE(globals().UsePBP);
+    EXPECT_EQ(t.f->m_cSBar->PanelText(3), "PBC");
+    // PicBasic's list holds only the lines with PBC; the index stays.
+    EXPECT_EQ(combo.ListCount(), 2);
+    EXPECT_EQ(combo.List(1), "PIC12F675");
+    EXPECT_EQ(combo.ListIndex(), 1);
+    // An index past PicBasic's shorter list leaves no selection, which a compile repairs.
+    saveSetting(Key::CompilerType, "0");
+    {
+        frmCompile dlg(*t.f);
+        dlg.setCompilerIndex(0);
+        dlg.cmdOK_Click();
+    }
+    combo.SetListIndex(2);
+    {
+        frmCompile dlg(*t.f);
+        dlg.setCompilerIndex(1);
+        dlg.cmdOK_Click();
+    }
+    EXPECT_EQ(combo.ListCount(), 2);
+    EXPECT_EQ(combo.ListIndex(), -1);
 }
