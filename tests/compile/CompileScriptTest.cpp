@@ -8,20 +8,16 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace {
 
-CompileInputs windowsInputs() {
-    CompileInputs in;
-    in.D = "C:\\WORK\\LED\\BLINK.BAS";
-    in.S = "C:\\IDE";
-    in.P = "C:\\PBP\\PBPW.EXE";
-    in.O = "-ampasm -oq";
-    in.C = compilerDirectory(in.P, '\\');
-    in.M = compilerDevice("PIC16F84");
-    return in;
+CompileInputs windowsInputs(const QString& D = "C:\\WORK\\LED\\BLINK.BAS", const QString& P = "C:\\PBP\\PBPW.EXE",
+                            const QString& O = "-ampasm -oq") {
+    return {.D = D, .S = "C:\\IDE", .P = P, .O = O, .C = compilerDirectory(P, '\\'), .M = compilerDevice("PIC16F84")};
 }
 
-TEST(RunpbBat, IsTheEightCrlfLinesOfTheCompile) {
+TEST(RunpbBat, IsTheEightCrlfLinesWithTheirEdgeCases) {
     EXPECT_EQ(runpbBat(windowsInputs()), QByteArray("@ECHO OFF\r\n"
                                                     "DEL C:\\IDE\\temp.dat\r\n"
                                                     "C:\r\n"
@@ -31,44 +27,25 @@ TEST(RunpbBat, IsTheEightCrlfLinesOfTheCompile) {
                                                     "C:\\PBP\\PBPW.EXE -ampasm -oq -p16F84 "
                                                     "C:\\WORK\\LED\\BLINK.BAS>C:\\IDE\\temp.dat\r\n"
                                                     "TYPE C:\\IDE\\temp.dat\r\n"));
-}
 
-TEST(RunpbBat, FollowsTheLineRulesAtTheirEdges) {
-    auto line = [](const CompileInputs& in, int n) {
-        return QString::fromLocal8Bit(runpbBat(in)).split("\r\n").at(n - 1);
+    // The lines of the script for this document, compiler and options.
+    auto bat = [](const QString& D, const QString& P, const QString& O) {
+        return QString::fromLocal8Bit(runpbBat(windowsInputs(D, P, O))).split("\r\n");
     };
-    CompileInputs in = windowsInputs();
-
-    // Empty options leave two blanks in front of "-p"; blanks around compiler and options go.
-    in.O = "";
-    EXPECT_EQ(line(in, 7), "C:\\PBP\\PBPW.EXE  -p16F84 C:\\WORK\\LED\\BLINK.BAS>C:\\IDE\\temp.dat");
-    in.O = "  -v  ";
-    in.P = " C:\\PBP\\PBPW.EXE ";
-    EXPECT_EQ(line(in, 7), "C:\\PBP\\PBPW.EXE -v -p16F84 C:\\WORK\\LED\\BLINK.BAS>C:\\IDE\\temp.dat");
-    // Only blanks are trimmed, a tab stays.
-    in.O = "\t-v";
-    EXPECT_TRUE(line(in, 7).startsWith("C:\\PBP\\PBPW.EXE \t-v -p16F84"));
-
-    // A compiler without a backslash has no directory.
-    in = windowsInputs();
-    in.P = "PBPW.EXE";
-    in.C = compilerDirectory(in.P, '\\');
-    EXPECT_EQ(line(in, 5), "PATH=;%path%");
-    EXPECT_TRUE(line(in, 7).startsWith("PBPW.EXE -ampasm"));
-
+    const QString doc = "C:\\WORK\\LED\\BLINK.BAS", pbp = "C:\\PBP\\PBPW.EXE";
+    // Empty options leave two blanks in front of "-p"; only blanks around compiler and options go.
+    EXPECT_EQ(bat(doc, pbp, "")[6], "C:\\PBP\\PBPW.EXE  -p16F84 C:\\WORK\\LED\\BLINK.BAS>C:\\IDE\\temp.dat");
+    EXPECT_EQ(bat(doc, " " + pbp + " ", "  -v  ")[6],
+              "C:\\PBP\\PBPW.EXE -v -p16F84 C:\\WORK\\LED\\BLINK.BAS>C:\\IDE\\temp.dat");
+    EXPECT_TRUE(bat(doc, pbp, "\t-v")[6].startsWith("C:\\PBP\\PBPW.EXE \t-v -p16F84"));
+    EXPECT_EQ(bat(doc, "PBPW.EXE", "")[4], "PATH=;%path%");
     // A document at the root of a drive gives "CD" alone; a deep one keeps every directory.
-    in = windowsInputs();
-    in.D = "D:\\BLINK.BAS";
-    EXPECT_EQ(line(in, 3), "D:");
-    EXPECT_EQ(line(in, 4), "CD");
-    in.D = "D:\\A\\B C\\D\\X.PBP";
-    EXPECT_EQ(line(in, 4), "CD\\A\\B C\\D");
-
+    EXPECT_EQ(bat("D:\\BLINK.BAS", pbp, "").mid(2, 2), QStringList({"D:", "CD"}));
+    EXPECT_EQ(bat("D:\\A\\B C\\D\\X.PBP", pbp, "")[3], "CD\\A\\B C\\D");
     // No backslash past the drive: line 4 cannot be built.
     for (const char* d : {"", "BLINK.BAS", "\\BLINK.BAS", "C\\BLINK.BAS"}) {
-        in.D = d;
         try {
-            runpbBat(in);
+            bat(d, pbp, "");
             ADD_FAILURE() << "no failure for " << d;
         } catch (const Failure& f) {
             EXPECT_EQ(f.number, 5) << d;
@@ -77,13 +54,8 @@ TEST(RunpbBat, FollowsTheLineRulesAtTheirEdges) {
 }
 
 TEST(RunpbSh, TakesTheSameStepsWithQuotedPaths) {
-    CompileInputs in;
-    in.D = "/home/ann/led/blink.pbp";
-    in.S = "/opt/quillbay";
-    in.P = "/opt/pbp/PBPW.EXE";
-    in.O = " -ampasm -oq ";
-    in.C = compilerDirectory(in.P, '/');
-    in.M = compilerDevice("PIC16F84A");
+    CompileInputs in{.D = "/home/ann/led/blink.pbp", .S = "/opt/quillbay", .P = "/opt/pbp/PBPW.EXE",
+                     .O = " -ampasm -oq ", .C = compilerDirectory("/opt/pbp/PBPW.EXE", '/'), .M = "16F84A"};
     EXPECT_EQ(runpbSh(in), QByteArray("#!/bin/sh\n"
                                       "rm -f -- '/opt/quillbay/temp.dat' '/opt/quillbay/temp.dat.part'\n"
                                       "cd -- '/home/ann/led'\n"
@@ -94,116 +66,79 @@ TEST(RunpbSh, TakesTheSameStepsWithQuotedPaths) {
                                       "mv -f -- '/opt/quillbay/temp.dat.part' '/opt/quillbay/temp.dat'\n"
                                       "cat -- '/opt/quillbay/temp.dat'\n"));
 
-    auto lines = [](const CompileInputs& in) { return QString::fromUtf8(runpbSh(in)).split('\n'); };
-    // No options, no compiler directory, a document at the root, an application directory at the root.
-    in.O = "   ";
-    in.P = "PBPW";
-    in.C = "";
-    in.D = "/blink.pbp";
-    in.S = "/";
-    const QStringList l = lines(in);
+    // No options, no compiler directory, a document and an application directory at the root.
+    in = {.D = "/blink.pbp", .S = "/", .P = "PBPW", .O = "   ", .C = "", .M = "16F84A"};
+    const QStringList l = QString::fromUtf8(runpbSh(in)).split('\n');
     EXPECT_EQ(l[1], "rm -f -- '/temp.dat' '/temp.dat.part'");
     EXPECT_EQ(l[2], "cd -- '/'");
     EXPECT_EQ(l[3], "export PATH") << "an empty PATH entry would mean the current directory";
     EXPECT_EQ(l[5], "'PBPW' -p'16F84A' '/blink.pbp' >'/temp.dat.part'");
-
     in.D = "blink.pbp";
     EXPECT_THROW(runpbSh(in), Failure);
 }
 
-TEST(CompileHelpers, WorkOutDirectoryDeviceOptionsAndSelection) {
-    EXPECT_EQ(compilerDirectory("C:\\PBP\\BIN\\PBPW.EXE", '\\'), "C:\\PBP\\BIN");
-    EXPECT_EQ(compilerDirectory("/pbpw", '/'), "");
-    EXPECT_EQ(compilerDirectory("/a b/c\\d/pbpw"), "/a b/c\\d") << "the platform's separator is /";
-    EXPECT_EQ(compilerDevice("PIC16F84"), "16F84");
-    EXPECT_EQ(compilerDevice("PI"), "");
+TEST(CompileOptions, OqJoinsAmpasmAndTheDeviceFallsBackToTheFirstEntry) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"-ampasm", "-ampasm -oq"},        {"  -ampasm  ", "-ampasm -oq"}, {"-AmPasm -v", "-AmPasm -v -oq"},
+        {"-AMPASM -OQ", "-AMPASM -OQ"},    {"-ampasm -Oq ", "-ampasm -Oq "}, {" -oq -ampasm ", " -oq -ampasm "},
+        {"  -v -s ", "  -v -s "},
+    };
+    for (const auto& [typed, result] : cases)
+        EXPECT_EQ(optionsWithOq(typed), result) << typed;
 
-    EXPECT_EQ(optionsWithOq("  -ampasm  "), "-ampasm -oq");
-    EXPECT_EQ(optionsWithOq("-AmPasm -v"), "-AmPasm -v -oq");
-    EXPECT_EQ(optionsWithOq("-AMPASM -OQ"), "-AMPASM -OQ");
-    EXPECT_EQ(optionsWithOq(" -oq -ampasm "), " -oq -ampasm ");
-    EXPECT_EQ(optionsWithOq("  -v  "), "  -v  ") << "options without -ampasm are kept as typed";
-
-    // A compile always has a device: no selection, or one past the end, becomes the first entry.
     FakeDeviceCombo combo;
     combo.entries = {"PIC16F84A", "PIC12F675", "PIC16F877A"};
-    for (int index : {-1, 3, 7}) {
+    // No selection, or one past the end, becomes the first entry and stays selected.
+    const std::tuple<int, const char*, int> picks[] = {{-1, "16F84A", 0}, {3, "16F84A", 0}, {2, "16F877A", 2}};
+    for (const auto& [index, device, after] : picks) {
         combo.index = index;
-        EXPECT_EQ(selectCompileDevice(combo), "16F84A") << index;
-        EXPECT_EQ(combo.index, 0) << "the combo shows the first entry afterwards";
+        EXPECT_EQ(selectCompileDevice(combo), device) << index;
+        EXPECT_EQ(combo.index, after) << index;
     }
-    combo.index = 2;
-    EXPECT_EQ(selectCompileDevice(combo), "16F877A");
-    EXPECT_EQ(combo.index, 2);
-    combo.entries.clear();
-    combo.index = -1;
-    EXPECT_EQ(selectCompileDevice(combo), "");
 }
 
-void writeFile(const QString& path, const QByteArray& bytes, bool executable = false) {
+// Written executable: the compiler needs it, the other files don't mind.
+void writeFile(const QString& path, const QByteArray& bytes) {
     QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly)) << path.toStdString();
-    f.write(bytes);
-    f.close();
-    if (executable)
-        f.setPermissions(f.permissions() | QFileDevice::ExeOwner | QFileDevice::ReadOwner);
-}
-
-QByteArray readFile(const QString& path) {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size()) << path.toStdString();
+    f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
 }
 
 TEST(RunpbSh, RunsTheCompilerWithPathsThatNeedQuoting) {
     QTemporaryDir tmp;
     ASSERT_TRUE(tmp.isValid());
-    const QString odd = QStringLiteral("a b 'q' \"dq\" $HOME `x` ; & é");
-    const QString root = tmp.path() + "/" + odd;
-    const QString app = root + "/app $PATH";
-    const QString compilerDir = root + "/pbp 'bin'";
-    const QString docDir = root + "/src \"x\" $1";
+    const QString root = tmp.path() + "/" + QStringLiteral("a b 'q' \"dq\" $HOME `x` ; & é");
+    const QString app = root + "/app $PATH", compilerDir = root + "/pbp 'bin'", docDir = root + "/src \"x\" $1";
     for (const QString& d : {app, compilerDir, docDir})
         ASSERT_TRUE(QDir().mkpath(d)) << d.toStdString();
-
     // The fake compiler prints where it runs, whether the old output is gone, its PATH's first entry
     // and each argument on a line of its own; a note on standard error must not reach the output.
     const QString compiler = compilerDir + "/PBPW $X.sh";
     writeFile(compiler,
               "#!/bin/sh\n"
               "echo \"cwd=$(pwd)\"\n"
-              "[ -e \"$QB_APP/temp.dat\" ] && echo 'old output still there'\n"
+              "[ -e '../app $PATH/temp.dat' ] && echo 'old output still there'\n"
               "echo \"path=${PATH%%:*}\"\n"
               "for a in \"$@\"; do echo \"arg=$a\"; done\n"
-              "echo 'to the console' >&2\n",
-              true);
+              "echo 'to the console' >&2\n");
     const QString document = docDir + "/blink 'it'.pbp";
     writeFile(document, "LED VAR PORTB.0\n");
     writeFile(app + "/temp.dat", "old output\n");
-
-    CompileInputs in;
-    in.D = document;
-    in.S = app;
-    in.P = compiler;
-    in.O = "  -ampasm   -oq  ";
-    in.C = compilerDirectory(compiler);
-    in.M = compilerDevice("PIC16F84A");
-    const QString script = app + "/runpb.sh";
-    writeFile(script, runpbSh(in));
+    writeFile(app + "/runpb.sh", runpbSh({.D = document, .S = app, .P = compiler, .O = "  -ampasm   -oq  ",
+                                          .C = compilerDirectory(compiler), .M = "16F84A"}));
 
     QProcess sh;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("QB_APP", app);
-    sh.setProcessEnvironment(env);
     sh.setWorkingDirectory(tmp.path());
-    sh.start("/bin/sh", {script});
+    sh.start("/bin/sh", {app + "/runpb.sh"});
     ASSERT_TRUE(sh.waitForFinished(-1));
-    const QByteArray console = sh.readAllStandardOutput();
 
-    const QByteArray expected = "cwd=" + docDir.toUtf8() + "\n" + "path=" + compilerDir.toUtf8() + "\n" +
-                                "arg=-ampasm\n" + "arg=-oq\n" + "arg=-p16F84A\n" + "arg=" + document.toUtf8() + "\n";
-    EXPECT_EQ(readFile(app + "/temp.dat"), expected);
+    const QByteArray expected = "cwd=" + docDir.toUtf8() + "\npath=" + compilerDir.toUtf8() +
+                                "\narg=-ampasm\narg=-oq\narg=-p16F84A\narg=" + document.toUtf8() + "\n";
+    QFile output(app + "/temp.dat");
+    ASSERT_TRUE(output.open(QIODevice::ReadOnly));
+    EXPECT_EQ(output.readAll(), expected);
     EXPECT_FALSE(QFile::exists(app + "/temp.dat.part"));
-    EXPECT_EQ(console, "Compiling.... Please Wait.\n" + expected) << "the output is shown after the compile";
+    EXPECT_EQ(sh.readAllStandardOutput(), "Compiling.... Please Wait.\n" + expected);
     EXPECT_TRUE(sh.readAllStandardError().contains("to the console"));
 }
 

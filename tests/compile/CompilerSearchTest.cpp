@@ -1,7 +1,19 @@
+// The compiler search on a temporary tree, by itself and through its dialog.
 #include "compile/CompilerSearch.h"
+#include "compile/frmCompile.h"
+#include "compile/frmFindCompiler.h"
+#include "shell/MDIMain.h"
+#include "shell/Settings.h"
+#include "support/Doubles.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -9,117 +21,110 @@
 
 namespace {
 
-struct Walk {
-    QStringList shown;
-    QStringList paths;
-    QStringList progress;
-    int events = 0;
-    int stopAfterFinds = -1;  // processEvents answers false once this many files were found
-
-    void run(const QString& root) {
-        CompilerSearchHooks hooks;
-        hooks.found = [this](const QString& s, const QString& p) {
-            shown << s;
-            paths << p;
-        };
-        hooks.progress = [this](const QString& text) { progress << text; };
-        hooks.processEvents = [this] {
-            ++events;
-            return stopAfterFinds < 0 || shown.size() < stopAfterFinds;
-        };
-        FindCompilerFiles(root, hooks);
-    }
-};
-
 void touch(const QString& path) {
     ASSERT_TRUE(QDir().mkpath(QFileInfo(path).absolutePath()));
     QFile f(path);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly)) << path.toStdString();
 }
 
+// A tree with compilers in upper, lower and mixed case, look-alikes, links that loop, and a directory
+// named as a compiler, which is searched, not listed; then two drives without compilers.
 class CompilerSearchTest : public ::testing::Test {
 protected:
     QTemporaryDir tmp;
-    QString root;
+    QString root, blank;
+    TestWorld w;
+    MDIMain frame{QString()};
 
     void SetUp() override {
-        ASSERT_TRUE(tmp.isValid());
         root = tmp.path() + "/drive";
-        touch(root + "/tools/pbp/pbpw.exe");
-        touch(root + "/tools/pbp/PBPX.EXE");
-        touch(root + "/tools/pbp/pbpw.exe.bak");
-        touch(root + "/Pbc.Exe");
-        touch(root + "/.hidden/PBP.EXE");
-        // A directory named as a compiler is searched, not listed.
-        touch(root + "/PBC.EXE/inner/PBP.EXE");
-        touch(root + "/empty/.keep");
-        // Links back up and across: followed, they would never end.
+        blank = tmp.path() + "/blank";
+        for (const char* file : {"/tools/pbp/pbpw.exe", "/tools/pbp/PBPX.EXE", "/tools/pbp/pbpw.exe.bak", "/Pbc.Exe",
+                                 "/.hidden/PBP.EXE", "/PBC.EXE/inner/PBP.EXE", "/empty/.keep"})
+            touch(root + file);
         ASSERT_TRUE(QFile::link(root, root + "/tools/up"));
         ASSERT_TRUE(QFile::link("..", root + "/PBC.EXE/inner/parent"));
         ASSERT_TRUE(QFile::link(root + "/tools", root + "/empty/tools"));
         // A link to a compiler file is a file like any other.
         ASSERT_TRUE(QFile::link(root + "/tools/pbp/pbpw.exe", root + "/empty/PBPW.EXE"));
+        ASSERT_TRUE(QDir().mkpath(blank));
+        w.paths.roots = {root, blank, tmp.path() + "/not-ready"};
     }
 };
 
-TEST_F(CompilerSearchTest, ListsEachCompilerFileOnceWalkingDepthFirstPastLinkedDirectories) {
-    Walk walk;
-    walk.run(root);  // no closing separator: one is added
-    QStringList shown = walk.shown;
-    shown.sort();
+TEST_F(CompilerSearchTest, ListsEachCompilerOnceInUpperCaseAndCountsAcrossSearches) {
+    frmCompile options(frame);
+    frmFindCompiler dlg(options);
+    ASSERT_EQ(dlg.Drive1->currentText(), root);
+    dlg.Drive1->setCurrentIndex(2);
+    dlg.Command1_Click();
+    EXPECT_EQ(dlg.lbSearch->text(), "No Compilers Found on drive " + tmp.path() + "/not-ready");
+    dlg.Drive1->setCurrentIndex(0);
+    dlg.Command1_Click();
+    QStringList items;
+    for (int i = 0; i < dlg.List1->count(); ++i)
+        items << dlg.List1->item(i)->text();
+    items.sort();
     const QString up = root.toUpper();
-    EXPECT_EQ(shown, QStringList({up + "/.HIDDEN/PBP.EXE", up + "/EMPTY/PBPW.EXE", up + "/PBC.EXE",
+    EXPECT_EQ(items, QStringList({up + "/.HIDDEN/PBP.EXE", up + "/EMPTY/PBPW.EXE", up + "/PBC.EXE",
                                   up + "/PBC.EXE/INNER/PBP.EXE", up + "/TOOLS/PBP/PBPW.EXE"}));
-    for (const QString& p : walk.paths)
-        EXPECT_EQ(p.toUpper(), walk.shown[walk.paths.indexOf(p)]);
-    EXPECT_TRUE(walk.paths.contains(root + "/tools/pbp/pbpw.exe")) << "the real path goes along";
-
-    for (const char* dir : {"/", "/tools/", "/tools/pbp/", "/PBC.EXE/inner/", "/empty/", "/.hidden/"})
-        EXPECT_TRUE(walk.progress.contains("Searching: " + root + dir)) << dir;
-    for (const QString& text : walk.progress)
-        EXPECT_FALSE(text.contains("/up/") || text.contains("/parent/") || text.contains("/empty/tools/"))
-            << text.toStdString();
-    // Depth first: tools/pbp is walked before tools is announced for the last time.
-    EXPECT_LT(walk.progress.indexOf("Searching: " + root + "/tools/pbp/"),
-              walk.progress.lastIndexOf("Searching: " + root + "/tools/"));
-    EXPECT_GE(walk.events, walk.progress.size() + walk.shown.size());
+    EXPECT_EQ(dlg.lbSearch->text(), "5 files found on drive " + root);
+    EXPECT_FALSE(dlg.CPBP->isEnabled()) << "only a click on an entry makes the buttons usable";
+    dlg.Command1_Click();
+    EXPECT_EQ(dlg.lbSearch->text(), "10 files found on drive " + root);
+    dlg.Drive1->setCurrentIndex(1);
+    dlg.Command1_Click();
+    EXPECT_EQ(dlg.lbSearch->text(), "10 files found on drive " + blank);
+    EXPECT_TRUE(w.prompts.boxes.empty());
 }
 
-TEST_F(CompilerSearchTest, EndsWhenTheWindowGoesAway) {
-    Walk walk;
-    walk.stopAfterFinds = 1;
-    walk.run(root + "/");
-    EXPECT_EQ(walk.shown.size(), 1);
+TEST_F(CompilerSearchTest, AnnouncesDirectoriesAndStopsWhenTheWindowGoesAway) {
+    QStringList shown, progress;
+    CompilerSearchHooks hooks;
+    hooks.found = [&](const QString& s, const QString&) { shown << s; };
+    hooks.progress = [&](const QString& text) { progress << text; };
+    FindCompilerFiles(root, hooks);
+    EXPECT_TRUE(progress.contains("Searching: " + root + "/PBC.EXE/inner/"));
+    EXPECT_FALSE(progress.contains("Searching: " + root + "/empty/tools/"));
+    hooks.processEvents = [&] { return shown.size() < 6; };
+    FindCompilerFiles(root + "/", hooks);
+    EXPECT_EQ(shown.size(), 6);
 }
 
-TEST_F(CompilerSearchTest, PassesOverWhatCannotBeRead) {
-    Walk missing;
-    missing.run(tmp.path() + "/no such drive");
-    missing.run(root + "/Pbc.Exe");
-    missing.run("");
-    EXPECT_TRUE(missing.shown.isEmpty());
-
+TEST_F(CompilerSearchTest, PassesOverADirectoryThatCannotBeRead) {
     if (geteuid() == 0)
         GTEST_SKIP() << "every directory is readable for root";
     const QString locked = root + "/locked";
     touch(locked + "/PBC.EXE");
     ASSERT_TRUE(QFile::setPermissions(locked, QFileDevice::Permissions()));
-    Walk walk;
-    walk.run(root);
+    frmCompile options(frame);
+    frmFindCompiler dlg(options);
+    dlg.Command1_Click();
     QFile::setPermissions(locked, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    EXPECT_EQ(walk.shown.size(), 5);
-    EXPECT_FALSE(walk.paths.contains(locked + "/PBC.EXE"));
+    EXPECT_EQ(dlg.lbSearch->text(), "5 files found on drive " + root);
 }
 
-TEST(CompilerSearchNames, MatchOnlyTheThreeCompilersInAnyCase) {
-    for (const char* name : {"PBC.EXE", "PBP.EXE", "PBPW.EXE", "pbc.exe", "PbPw.ExE"})
-        EXPECT_TRUE(isCompilerFileName(name)) << name;
-    for (const char* name : {"PBPX.EXE", "PBC.EX", "PBC.EXE.BAK", "XPBC.EXE", "PBC", "", " PBC.EXE"})
-        EXPECT_FALSE(isCompilerFileName(name)) << name;
-
-    EXPECT_EQ(TrimToNul(QString::fromLatin1("PBC.EXE\0junk", 12)), "PBC.EXE");
-    EXPECT_EQ(TrimToNul(QString::fromLatin1("\0PBC.EXE", 8)), "");
-    EXPECT_EQ(TrimToNul("PBPW.EXE"), "PBPW.EXE");
+TEST_F(CompilerSearchTest, ConfigureSetsTheCompilerThenTheFoundPathAndStoresNothing) {
+    saveSetting(Key::CompilerCommandLineOptions, "-stored");
+    saveSetting(Key::CompilerCommandLineOptions1, "-stored1");
+    const QStringList before = QSettings(settingsFilePath(), QSettings::IniFormat).allKeys();
+    // The chosen compiler's options come from the store even when the selection doesn't change; the
+    // path set afterwards is the file's real one.
+    for (int to : {0, 1}) {
+        frmCompile options(frame);
+        options.CommandOptions->setText("typed, not saved");
+        frmFindCompiler dlg(options);
+        dlg.Command1_Click();
+        const auto items = dlg.List1->findItems("/TOOLS/PBP/PBPW.EXE", Qt::MatchEndsWith);
+        ASSERT_EQ(items.size(), 1);
+        dlg.List1->setCurrentItem(items[0]);
+        EXPECT_TRUE(dlg.CPBP->isEnabled() && dlg.CPBC->isEnabled());
+        to == 0 ? dlg.CPBP_Click() : dlg.CPBC_Click();
+        EXPECT_EQ(options.Compiler->currentIndex(), to);
+        EXPECT_EQ(options.CommandOptions->text(), to == 0 ? "-stored" : "-stored1");
+        EXPECT_EQ(options.CompilerPath->text(), root + "/tools/pbp/pbpw.exe");
+    }
+    EXPECT_EQ(QSettings(settingsFilePath(), QSettings::IniFormat).allKeys(), before);
 }
 
 }  // namespace

@@ -9,22 +9,14 @@ class FakeDeviceCombo : public DeviceCombo {
 public:
     QStringList entries;
     int index = -1;
-    int clears = 0;
 
     void Clear() override {
         entries.clear();
         index = -1;
-        ++clears;
     }
     void AddItem(const QString& text) override { entries << text; }
     int ListCount() const override { return int(entries.size()); }
     QString List(int i) const override { return i >= 0 && i < entries.size() ? entries[i] : QString(); }
     int ListIndex() const override { return index; }
     void SetListIndex(int i) override { index = i >= 0 && i < entries.size() ? i : -1; }
-
-    // Selects the entry with this text; false when there is none.
-    bool select(const QString& text) {
-        index = int(entries.indexOf(text));
-        return index >= 0;
-    }
 };
