@@ -1,59 +1,54 @@
 #include "platform/Failure.h"
+#include "shell/ToolBars.h"
 #include "shell/WindowList.h"
-#include "shell/ToolModel.h"
 
+#include <QAction>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenu>
 #include <gtest/gtest.h>
 
 namespace {
 
-QStringList window(ToolModel& m) {
+// The Window menu as the user sees it, a separator as "-".
+QStringList shown(SSActiveToolBars& bars) {
     QStringList out;
-    for (const auto& t : m.Tools().Item("ID_Window").Menu().Tools())
-        out << (t->isSeparator() ? QStringLiteral("-") : t->ID());
+    for (QAction* a : bars.menu("ID_Window")->actions())
+        out << (a->isSeparator() ? QStringLiteral("-") : a->text());
     return out;
 }
 
-const QStringList kArrange = {"ID_TileH", "ID_TileV", "ID_Cascade", "ID_Arrange"};
-
-QString label(ToolModel& m) { return m.Bands("Standard").Tools().Item("ID_OpenDocs").Caption(); }
+const QStringList kArrange = {"Tile &Horizontally", "Tile &Vertically", "&Cascade", "&Arrange Icons"};
 
 }  // namespace
 
-TEST(WindowList, FirstEntryBringsTheSeparatorAndTheCount) {
-    ToolModel m;
+TEST(WindowList, EntriesTagsAndTheFilesLabel) {
+    QMainWindow frame;
+    SSActiveToolBars bars;
+    bars.attach(frame);
+    auto* label = qobject_cast<QLabel*>(bars.widget(bars.Bands("Standard").Tools().Item("ID_OpenDocs")));
+    ASSERT_NE(label, nullptr);
     QString tag;
-    AddWindowEntry(m, "/src/a.pbp", 1, [&](const QString& t) { tag = t; });
-    EXPECT_EQ(window(m), kArrange + QStringList({"-", "/src/a.pbp"}));
+    const auto setTag = [&](const QString& t) { tag = t; };
+
+    AddWindowEntry(bars, "/src/a.pbp", 1, setTag);
+    EXPECT_EQ(shown(bars), kArrange + QStringList({"-", "/src/a.pbp"}));
     EXPECT_EQ(tag, "/src/a.pbp");
-    EXPECT_EQ(label(m), "Files: 1");
-    EXPECT_EQ(m.Tools().Item("ID_Window").Menu().Tools().Item("/src/a.pbp").Caption(), "/src/a.pbp");
-
-    AddWindowEntry(m, "/src/b.pbp", 2);
-    EXPECT_EQ(window(m), kArrange + QStringList({"-", "/src/a.pbp", "/src/b.pbp"}));
-    EXPECT_EQ(label(m), "Files: 2");
-}
-
-TEST(WindowList, ClosingAllAndAddingAgainKeepsOneSeparator) {
-    ToolModel m;
-    AddWindowEntry(m, "/src/a.pbp", 1);
-    AddWindowEntry(m, "/src/b.pbp", 2);
-    removeWindowEntry(m, "/SRC/B.pbp");
-    removeWindowEntry(m, "/src/a.pbp");
-    setOpenDocsCaption(m, 0);
-    EXPECT_EQ(window(m), kArrange + QStringList({"-"}));
-    EXPECT_EQ(label(m), "Files: 0");
-    EXPECT_THROW(removeWindowEntry(m, "/src/a.pbp"), Failure);
-
-    AddWindowEntry(m, "/src/c.pbp", 1);
-    EXPECT_EQ(window(m), kArrange + QStringList({"-", "/src/c.pbp"}));
-}
-
-TEST(WindowList, ARefusedEntryStillWritesTagAndLabel) {
-    ToolModel m;
-    AddWindowEntry(m, "/src/a.pbp", 1);
-    QString tag;
-    AddWindowEntry(m, "/SRC/A.PBP", 2, [&](const QString& t) { tag = t; });
-    EXPECT_EQ(window(m), kArrange + QStringList({"-", "/src/a.pbp"}));
+    EXPECT_EQ(label->text(), "Files: 1");
+    // A refused entry, the same path in other letters, still writes the tag and the label.
+    AddWindowEntry(bars, "/SRC/A.PBP", 2, setTag);
+    EXPECT_EQ(shown(bars), kArrange + QStringList({"-", "/src/a.pbp"}));
     EXPECT_EQ(tag, "/SRC/A.PBP");
-    EXPECT_EQ(label(m), "Files: 2");
+    EXPECT_EQ(label->text(), "Files: 2");
+
+    AddWindowEntry(bars, "/src/b.pbp", 2);
+    // Removal by id ignores case; closing all and adding again keeps one separator.
+    removeWindowEntry(bars, "/SRC/B.pbp");
+    removeWindowEntry(bars, "/src/a.pbp");
+    setOpenDocsCaption(bars, 0);
+    EXPECT_EQ(shown(bars), kArrange + QStringList({"-"}));
+    EXPECT_EQ(label->text(), "Files: 0");
+    EXPECT_THROW(removeWindowEntry(bars, "/src/a.pbp"), Failure);
+    AddWindowEntry(bars, "/src/c.pbp", 1);
+    EXPECT_EQ(shown(bars), kArrange + QStringList({"-", "/src/c.pbp"}));
 }
