@@ -180,16 +180,6 @@ TEST(Compile, VisibleModeAndItsFailure) {
     EXPECT_TRUE(t.w.prompts.boxes.back().text.endsWith(" Line: 120"));
 }
 
-TEST(Compile, DeviceSelectionIsRepaired) {
-    CompileFrame t("x\n", "/bin/true", false);
-    t.f->deviceCombo().SetListIndex(-1);
-    t.compile();
-    EXPECT_EQ(t.f->deviceListIndex(), 0);
-    QFile script(t.w.file("runpb.sh"));
-    ASSERT_TRUE(script.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(script.readAll().contains("-p'16F84A'"));
-}
-
 TEST(Compile, OptionsSwitchRefiltersTheDeviceListAndKeepsTheIndex) {
     CompileFrame t("x\n", "/bin/true", false);
     DeviceCombo& combo = t.f->deviceCombo();

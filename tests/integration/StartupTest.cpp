@@ -176,23 +176,13 @@ TEST(Startup, GarbageInEveryNumericSettingLeavesStartupRunning) {
 TEST(Startup, StoredPlacementRules) {
     TestWorld w;
     w.writeDeviceCatalogue();
-    // Closed minimised: defaults, not minimised.
-    saveSetting(Key::Top, "-480000");
-    saveSetting(Key::WindowState, "1");
-    saveSetting(Key::Width, "3000");
-    {
-        auto f = start();
-        EXPECT_FALSE(f->isMinimized());
-        EXPECT_EQ(f->frameGeometry().width(), twipsToPixelsX(9000));
-    }
-    // Maximised a few twips above the screen: stored values and maximised.
+    // Maximised a few twips above the screen: the stored values apply and the frame is maximised.
     saveSetting(Key::Top, "-60");
     saveSetting(Key::WindowState, "2");
     {
         auto f = start();
         EXPECT_TRUE(f->windowState() & Qt::WindowMaximized);
     }
-    // A plain stored place and size.
     saveSetting(Key::Top, "1500");
     saveSetting(Key::Left, "3000");
     saveSetting(Key::WindowState, "0");
