@@ -262,15 +262,3 @@ TEST(Commands, WebLinksCarryTheVersionDigits) {
     EXPECT_EQ(t.w.prompts.boxes.back().text, "Unable to launch application.");
     EXPECT_EQ(t.w.prompts.boxes.back().title, "");
 }
-
-TEST(Commands, ExitClosesThroughTheShutdown) {
-    Frame t;
-    t.f->activeDocument()->View->insert("unsaved");
-    t.w.prompts.answers = {Answer::Cancel};
-    t.click("ID_Exit");
-    EXPECT_TRUE(t.f->isVisible());
-    t.w.prompts.answers = {Answer::No};
-    t.click("ID_Exit");
-    EXPECT_FALSE(t.f->isVisible());
-    EXPECT_EQ(setting(Key::Width), "9000");
-}

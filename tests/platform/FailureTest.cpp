@@ -20,13 +20,6 @@ TEST(Failure, SkipModeSwallowsOnlyFailures) {
     EXPECT_THROW(skipOnFailure([] { throw std::runtime_error("not ours"); }), std::runtime_error);
 }
 
-TEST(Failure, OsFailureCarriesErrnoAndText) {
-    const Failure f = osFailure(ENOENT, "/x/y");
-    EXPECT_EQ(f.number, ENOENT);
-    EXPECT_TRUE(f.description.startsWith("/x/y: "));
-    EXPECT_GT(f.description.size(), 7);
-}
-
 TEST(OpenSave, CancelRaisesOrEmptiesByCancelError) {
     FakePrompts prompts;
     OpenSave dlg(&prompts);

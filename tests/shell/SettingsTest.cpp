@@ -73,10 +73,3 @@ TEST(Settings, HandWrittenListValueIsOneText) {
     EXPECT_EQ(setting(Key::CompilerCommandLineOptions), "-a,-b");
     EXPECT_EQ(setting(Key::CompilerType), "1");
 }
-
-TEST(Settings, RecentFileKeysAreFileAndDigit) {
-    EXPECT_EQ(nameOf(recentFileKey(1)), "File1");
-    EXPECT_EQ(nameOf(recentFileKey(4)), "File4");
-    EXPECT_EQ(sectionOf(Key::FontName), "ViewFont");
-    EXPECT_EQ(sectionOf(Key::svModifer), "ViewColors");
-}
