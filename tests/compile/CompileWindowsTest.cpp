@@ -30,11 +30,7 @@ protected:
     void TearDown() override {
         if (CompilerScreen* s = CompilerScreen::find())
             s->close();
-        flushDeletes();
-    }
-    static void flushDeletes() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
-    static QString counting(const char* n) {
-        return QStringLiteral("Compiler Output - Auto Close in: %1 Secs - Esc to Cancel").arg(n);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     // What the INI file holds, as "Section/Key=value", sorted.
     QStringList stored() const {
@@ -48,87 +44,55 @@ protected:
 };
 }  // namespace
 
-TEST_F(CompileWindowsTest, OkStoresTheSelectedCompilersKeysAndTheCommonThreeOnly) {
-    frmCompile dlg(frame);
-    dlg.Compiler->setCurrentIndex(1);
-    dlg.CompilerPath->setText("/nowhere/PBC.EXE");  // a missing compiler is accepted
-    dlg.CommandOptions->setText("-v");
-    dlg.cbDoswindow->setChecked(false);
-    dlg.SecScroll->setValue(17);
-    EXPECT_EQ(dlg.AutoClose->text(), "Auto Close Compiler Output Screen in: 17 Secs");
-    EXPECT_TRUE(stored().isEmpty()) << "the scroll bar alone stores nothing";
-    dlg.cmdOK_Click();
-
-    EXPECT_EQ(stored(), QStringList({"Startup/AutoCloseCW=1", "Startup/AutoCloseCWTime=17",
-                                     "Startup/CompilerCommandLineOptions1=-v",
-                                     "Startup/CompilerPathName1=/nowhere/PBC.EXE", "Startup/CompilerType=1",
-                                     "Startup/DosWindow=0"}));
-    frmCompile again(frame);  // shows what was stored
-    EXPECT_EQ(again.CompilerPath->text(), "/nowhere/PBC.EXE");
-    EXPECT_EQ(again.AutoClose->text(), "Auto Close Compiler Output Screen in: 17 Secs");
-}
-
-TEST_F(CompileWindowsTest, OkSwitchesTheCompilerKindAndPanelCancelChangesNothing) {
+TEST_F(CompileWindowsTest, OkStoresTheChosenCompilersKeysAndSetsThePanelCancelChangesNothing) {
     frame.show();  // the status bar comes with the frame's load
     ASSERT_TRUE(frame.m_cSBar);
+    const QString seventeen = "Auto Close Compiler Output Screen in: 17 Secs";
     auto open = [&](int compiler, bool ok) {
         frmCompile dlg(frame);
         dlg.Compiler->setCurrentIndex(compiler);
+        dlg.CompilerPath->setText(compiler ? "/nowhere/PBC.EXE" : "/nowhere/PBPW.EXE");  // missing is accepted
         dlg.CommandOptions->setText("-ampasm");
+        dlg.cbDoswindow->setChecked(false);
+        dlg.SecScroll->setValue(17);
+        EXPECT_EQ(dlg.AutoClose->text(), seventeen);
         ok ? dlg.cmdOK_Click() : dlg.cmdExit_Click();
         EXPECT_EQ(dlg.CommandOptions->text(), ok ? "-ampasm -oq" : "-ampasm");
     };
+    // The status bar's compiler panel and the compiler in use.
+    auto kind = [&] { return frame.m_cSBar->PanelText(3) + (globals().UsePBP ? " PBP" : " PBC"); };
     open(1, false);
-    EXPECT_TRUE(globals().UsePBP);
-    EXPECT_EQ(frame.m_cSBar->PanelText(3), "PBP");
+    EXPECT_EQ(kind(), "PBP PBP");
     EXPECT_TRUE(stored().isEmpty());
     open(1, true);
-    EXPECT_FALSE(globals().UsePBP);
-    EXPECT_EQ(frame.m_cSBar->PanelText(3), "PBC");
+    EXPECT_EQ(kind(), "PBC PBC");
+    EXPECT_EQ(stored(), QStringList({"Startup/AutoCloseCW=1", "Startup/AutoCloseCWTime=17",
+                                     "Startup/CompilerCommandLineOptions1=-ampasm -oq",
+                                     "Startup/CompilerPathName1=/nowhere/PBC.EXE", "Startup/CompilerType=1",
+                                     "Startup/DosWindow=0"}));
+    EXPECT_EQ(frmCompile(frame).AutoClose->text(), seventeen) << "a new dialog shows what was stored";
     open(0, true);
-    EXPECT_TRUE(globals().UsePBP);
-    EXPECT_EQ(frame.m_cSBar->PanelText(3), "PBP");
-    EXPECT_EQ(setting(Key::CompilerCommandLineOptions), "-ampasm -oq");
-    EXPECT_EQ(setting(Key::CompilerCommandLineOptions1), "-ampasm -oq") << "the other kind's keys stay";
+    EXPECT_EQ(kind(), "PBP PBP");
+    EXPECT_EQ(setting(Key::CompilerPathName), "/nowhere/PBPW.EXE");
+    EXPECT_EQ(setting(Key::CompilerPathName1), "/nowhere/PBC.EXE") << "the other kind's keys stay";
 }
 
-TEST_F(CompileWindowsTest, BrowseCopiesAChosenFileCancelIsSilentAnEmptyNameComplains) {
-    frmCompile dlg(frame);
-    frame.openSave().CancelError = true;
-    w.prompts.files = {QString("/opt/pbp/PBPW.EXE"), std::nullopt, QString()};
-    dlg.Browse_Click();
-    EXPECT_EQ(dlg.CompilerPath->text(), "/opt/pbp/PBPW.EXE");
-    dlg.Browse_Click();
-    EXPECT_TRUE(w.prompts.boxes.empty());
-    dlg.Browse_Click();
-    ASSERT_EQ(w.prompts.boxes.size(), 1u);
-    EXPECT_EQ(w.prompts.boxes[0].text, "No filename entered.");
-    EXPECT_EQ(w.prompts.boxes[0].title, "File Error");
-    EXPECT_EQ(dlg.CompilerPath->text(), "/opt/pbp/PBPW.EXE");
-}
-
-TEST_F(CompileWindowsTest, CountdownShowsFiveToOneThenClosesAtZero) {
-    CompilerScreen& s = CompilerScreen::instance();
-    EXPECT_EQ(&CompilerScreen::instance(), &s);
-    EXPECT_EQ(s.windowTitle(), kReady);
-    QPointer<CompilerScreen> alive(&s);
-    s.startCountdown("5");
-    EXPECT_EQ(s.windowTitle(), counting("5"));
-    for (const char* n : {"4", "3", "2", "1"}) {
-        s.CompileScreenTimer_Timer();
-        EXPECT_EQ(s.windowTitle(), counting(n));
+TEST_F(CompileWindowsTest, CountdownClosesAtZeroEscCancelsItThenClosesAndTheNextUseGetsAFreshWindow) {
+    QPointer<CompilerScreen> first(&CompilerScreen::instance());
+    EXPECT_EQ(first->windowTitle(), kReady);
+    first->startCountdown("5");
+    for (const char* n : {"5", "4", "3", "2", "1"}) {
+        EXPECT_EQ(first->windowTitle(), QString("Compiler Output - Auto Close in: %1 Secs - Esc to Cancel").arg(n));
+        first->CompileScreenTimer_Timer();
     }
-    s.CompileScreenTimer_Timer();
     EXPECT_EQ(CompilerScreen::find(), nullptr);
-    EXPECT_FALSE(s.CompileScreenTimer.isActive());
-    flushDeletes();
-    EXPECT_TRUE(alive.isNull());
-}
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(first.isNull());
 
-TEST_F(CompileWindowsTest, ATagBelowOneCountsNegativeFirstEscCancelsSecondCloses) {
     CompilerScreen& s = CompilerScreen::instance();
     s.show();
-    s.startCountdown("0");
+    s.CompilerOutput->SetText("Compiling Please Wait.....");
+    s.startCountdown("0");  // a tag below one counts on into the negative
     s.CompileScreenTimer_Timer();
     EXPECT_EQ(s.windowTitle(), "Compiler Output - Auto Close in:-1 Secs - Esc to Cancel");
     s.CompilerOutput_KeyDown('A', 0);
@@ -140,19 +104,12 @@ TEST_F(CompileWindowsTest, ATagBelowOneCountsNegativeFirstEscCancelsSecondCloses
     EXPECT_EQ(CompilerScreen::find(), &s);
     emit s.CompilerOutput->KeyDown(kEsc, 0);
     EXPECT_FALSE(s.isVisible());
+    CompilerScreen& next = CompilerScreen::instance();
+    EXPECT_EQ(next.windowTitle(), kReady);
+    EXPECT_TRUE(next.CompilerOutput->Text().isEmpty());
+    // Without a countdown the first Esc closes.
+    next.show();
+    emit next.CompilerOutput->KeyDown(kEsc, 0);
+    EXPECT_FALSE(next.isVisible());
     EXPECT_EQ(CompilerScreen::find(), nullptr);
-}
-
-TEST_F(CompileWindowsTest, EscWhileWaitingClosesAndTheNextUseGetsAFreshWindow) {
-    CompilerScreen& first = CompilerScreen::instance();
-    first.show();
-    first.CompilerOutput->SetText("Compiling Please Wait.....");
-    first.CompilerOutput_KeyDown(kEsc, 0);
-    EXPECT_FALSE(first.isVisible());
-    CompilerScreen& second = CompilerScreen::instance();
-    EXPECT_NE(&second, &first);
-    EXPECT_EQ(second.windowTitle(), kReady);
-    EXPECT_FALSE(second.CompileScreenTimer.isActive());
-    EXPECT_TRUE(second.CompilerOutput->Text().isEmpty());
-    EXPECT_EQ(CompilerScreen::find(), &second);
 }

@@ -27,81 +27,59 @@ void touch(const QString& path) {
     ASSERT_TRUE(f.open(QIODevice::WriteOnly)) << path.toStdString();
 }
 
-// A tree with compilers in upper, lower and mixed case, look-alikes, links that loop, and a directory
-// named as a compiler, which is searched, not listed; then two drives without compilers.
+// A tree with compilers in upper, lower and mixed case, look-alikes, links that loop, a link to a compiler
+// (a file like any other), a directory named as a compiler, which is searched, not listed, and one that
+// cannot be read (unless for root, who reads everything); then two drives without compilers.
 class CompilerSearchTest : public ::testing::Test {
 protected:
     QTemporaryDir tmp;
-    QString root, blank;
+    const QString root = tmp.path() + "/drive", locked = root + "/locked";
     TestWorld w;
     MDIMain frame{QString()};
 
     void SetUp() override {
-        root = tmp.path() + "/drive";
-        blank = tmp.path() + "/blank";
         for (const char* file : {"/tools/pbp/pbpw.exe", "/tools/pbp/PBPX.EXE", "/tools/pbp/pbpw.exe.bak", "/Pbc.Exe",
-                                 "/.hidden/PBP.EXE", "/PBC.EXE/inner/PBP.EXE", "/empty/.keep"})
+                                 "/.hidden/PBP.EXE", "/PBC.EXE/inner/PBP.EXE", "/blank/.keep"})
             touch(root + file);
-        ASSERT_TRUE(QFile::link(root, root + "/tools/up"));
-        ASSERT_TRUE(QFile::link("..", root + "/PBC.EXE/inner/parent"));
-        ASSERT_TRUE(QFile::link(root + "/tools", root + "/empty/tools"));
-        // A link to a compiler file is a file like any other.
-        ASSERT_TRUE(QFile::link(root + "/tools/pbp/pbpw.exe", root + "/empty/PBPW.EXE"));
-        ASSERT_TRUE(QDir().mkpath(blank));
-        w.paths.roots = {root, blank, tmp.path() + "/not-ready"};
+        ASSERT_TRUE(QFile::link(root, root + "/tools/up") && QFile::link("..", root + "/PBC.EXE/inner/parent"));
+        ASSERT_TRUE(QFile::link(root + "/tools/pbp/pbpw.exe", root + "/.hidden/PBPW.EXE"));
+        if (geteuid() != 0) {
+            touch(locked + "/PBC.EXE");
+            ASSERT_TRUE(QFile::setPermissions(locked, QFileDevice::Permissions()));
+        }
+        w.paths.roots = {root, root + "/blank", tmp.path() + "/not-ready"};
+    }
+    void TearDown() override {
+        QFile::setPermissions(locked, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     }
 };
 
 TEST_F(CompilerSearchTest, ListsEachCompilerOnceInUpperCaseAndCountsAcrossSearches) {
     frmCompile options(frame);
     frmFindCompiler dlg(options);
-    ASSERT_EQ(dlg.Drive1->currentText(), root);
     dlg.Drive1->setCurrentIndex(2);
     dlg.Command1_Click();
     EXPECT_EQ(dlg.lbSearch->text(), "No Compilers Found on drive " + tmp.path() + "/not-ready");
     dlg.Drive1->setCurrentIndex(0);
     dlg.Command1_Click();
     QStringList items;
-    for (int i = 0; i < dlg.List1->count(); ++i)
-        items << dlg.List1->item(i)->text();
+    for (const QListWidgetItem* item : dlg.List1->findItems("", Qt::MatchContains))
+        items << item->text();
     items.sort();
     const QString up = root.toUpper();
-    EXPECT_EQ(items, QStringList({up + "/.HIDDEN/PBP.EXE", up + "/EMPTY/PBPW.EXE", up + "/PBC.EXE",
+    EXPECT_EQ(items, QStringList({up + "/.HIDDEN/PBP.EXE", up + "/.HIDDEN/PBPW.EXE", up + "/PBC.EXE",
                                   up + "/PBC.EXE/INNER/PBP.EXE", up + "/TOOLS/PBP/PBPW.EXE"}));
     EXPECT_EQ(dlg.lbSearch->text(), "5 files found on drive " + root);
     EXPECT_FALSE(dlg.CPBP->isEnabled()) << "only a click on an entry makes the buttons usable";
     dlg.Command1_Click();
-    EXPECT_EQ(dlg.lbSearch->text(), "10 files found on drive " + root);
     dlg.Drive1->setCurrentIndex(1);
     dlg.Command1_Click();
-    EXPECT_EQ(dlg.lbSearch->text(), "10 files found on drive " + blank);
+    EXPECT_EQ(dlg.lbSearch->text(), "10 files found on drive " + root + "/blank");
     EXPECT_TRUE(w.prompts.boxes.empty());
-}
-
-TEST_F(CompilerSearchTest, AnnouncesDirectoriesAndStopsWhenTheWindowGoesAway) {
-    QStringList shown, progress;
-    CompilerSearchHooks hooks;
-    hooks.found = [&](const QString& s, const QString&) { shown << s; };
-    hooks.progress = [&](const QString& text) { progress << text; };
-    FindCompilerFiles(root, hooks);
-    EXPECT_TRUE(progress.contains("Searching: " + root + "/PBC.EXE/inner/"));
-    EXPECT_FALSE(progress.contains("Searching: " + root + "/empty/tools/"));
-    hooks.processEvents = [&] { return shown.size() < 6; };
-    FindCompilerFiles(root + "/", hooks);
-    EXPECT_EQ(shown.size(), 6);
-}
-
-TEST_F(CompilerSearchTest, PassesOverADirectoryThatCannotBeRead) {
-    if (geteuid() == 0)
-        GTEST_SKIP() << "every directory is readable for root";
-    const QString locked = root + "/locked";
-    touch(locked + "/PBC.EXE");
-    ASSERT_TRUE(QFile::setPermissions(locked, QFileDevice::Permissions()));
-    frmCompile options(frame);
-    frmFindCompiler dlg(options);
-    dlg.Command1_Click();
-    QFile::setPermissions(locked, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    EXPECT_EQ(dlg.lbSearch->text(), "5 files found on drive " + root);
+    int found = 0;  // a window gone away ends the walk
+    FindCompilerFiles(root + "/", {.found = [&](const QString&, const QString&) { ++found; }, .progress = {},
+                                   .processEvents = [&] { return found < 2; }});
+    EXPECT_EQ(found, 2);
 }
 
 TEST_F(CompilerSearchTest, ConfigureSetsTheCompilerThenTheFoundPathAndStoresNothing) {
@@ -115,9 +93,7 @@ TEST_F(CompilerSearchTest, ConfigureSetsTheCompilerThenTheFoundPathAndStoresNoth
         options.CommandOptions->setText("typed, not saved");
         frmFindCompiler dlg(options);
         dlg.Command1_Click();
-        const auto items = dlg.List1->findItems("/TOOLS/PBP/PBPW.EXE", Qt::MatchEndsWith);
-        ASSERT_EQ(items.size(), 1);
-        dlg.List1->setCurrentItem(items[0]);
+        dlg.List1->setCurrentItem(dlg.List1->findItems("/TOOLS/PBP/PBPW.EXE", Qt::MatchEndsWith).value(0));
         EXPECT_TRUE(dlg.CPBP->isEnabled() && dlg.CPBC->isEnabled());
         to == 0 ? dlg.CPBP_Click() : dlg.CPBC_Click();
         EXPECT_EQ(options.Compiler->currentIndex(), to);
