@@ -150,6 +150,8 @@ void MDIMain::placeFrame() {
         move(x(), twipsY(*p.top));
     if (p.width)
         resize(std::max(1, twipsX(*p.width) - extra.width()), height());
+    if (extra.isNull() && (p.width || p.height))
+        pendingOuter_ = frameGeometry().size();
     // The stored place is the frame's, also at 0,0; without this a window manager would place the
     // client there, or place the frame by its own rule.
     if (QWindow* w = windowHandle(); w && (p.left || p.top))
@@ -180,6 +182,20 @@ frmEditor* MDIMain::createDocument(const QString& path, bool missingIsEmpty) {
     sub->showMaximized();
     mdi_->setActiveSubWindow(sub);
     return doc;
+}
+
+void MDIMain::moveEvent(QMoveEvent* e) {
+    QMainWindow::moveEvent(e);
+    // Before the first map nobody knows the frame's size; once the window manager has framed the
+    // window, the client shrinks so that the frame has the stored outer size.
+    if (!pendingOuter_ || windowState() != Qt::WindowNoState)
+        return;
+    const QSize extra = frameGeometry().size() - size();
+    if (extra.isNull())
+        return;
+    const QSize outer = *pendingOuter_;
+    pendingOuter_.reset();
+    resize(std::max(1, outer.width() - extra.width()), std::max(1, outer.height() - extra.height()));
 }
 
 void MDIMain::onSubWindowActivated(QMdiSubWindow* sub) {

@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QString>
 #include <functional>
+#include <optional>
 #include <memory>
 
 class QCoreApplication;
@@ -84,6 +85,7 @@ public:
 protected:
     void showEvent(QShowEvent* e) override;
     void closeEvent(QCloseEvent* e) override;
+    void moveEvent(QMoveEvent* e) override;
 
 private:
     void MDIForm_Load();
@@ -114,4 +116,6 @@ private:
     bool loaded_ = false;
     bool unloaded_ = false;
     QString pbpVersion_;
+    // The stored outer size, until the window manager's frame is known and the client can be fitted.
+    std::optional<QSize> pendingOuter_;
 };
