@@ -3,7 +3,7 @@
 #include "devices/DeviceCatalogue.h"
 #include "platform/PosixPaths.h"
 #include "platform/Prompts.h"
-#include "shell/Globals.h"
+#include "core/Globals.h"
 
 #include <QFile>
 #include <QStringList>

@@ -3,7 +3,7 @@
 #include "platform/PosixLauncher.h"
 #include "platform/PosixPaths.h"
 #include "platform/QtPrompts.h"
-#include "shell/Globals.h"
+#include "core/Globals.h"
 #include "shell/MDIMain.h"
 
 #include <QApplication>

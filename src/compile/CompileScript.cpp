@@ -1,15 +1,12 @@
 #include "compile/CompileScript.h"
 
-#include "devices/DeviceCombo.h"
+#include "core/DeviceCombo.h"
 #include "platform/Failure.h"
 #include "platform/Paths.h"
 
 #include <QStringList>
 
 namespace {
-
-// What a text function fails with when asked for a negative length.
-constexpr long kInvalidArgument = 5;
 
 QString joinPosix(const QString& dir, const QString& name) {
     return dir.endsWith(QLatin1Char('/')) ? dir + name : dir + QLatin1Char('/') + name;
@@ -38,8 +35,7 @@ QByteArray runpbBat(const CompileInputs& in) {
     // p counts from 1; the directory is D from position 3 up to p-1, after the drive.
     const qsizetype p = in.D.lastIndexOf(QLatin1Char('\\')) + 1;
     if (p < 3)
-        throw Failure(kInvalidArgument,
-                      QStringLiteral("the document path has no directory after its drive: ") + in.D);
+        throw invalidProcedureCall(QStringLiteral("the document path has no directory after its drive: ") + in.D);
     const QStringList lines = {
         QStringLiteral("@ECHO OFF"),
         QStringLiteral("DEL ") + tempDat,
@@ -60,7 +56,7 @@ QByteArray runpbBat(const CompileInputs& in) {
 QByteArray runpbSh(const CompileInputs& in) {
     const qsizetype slash = in.D.lastIndexOf(QLatin1Char('/'));
     if (slash < 0)
-        throw Failure(kInvalidArgument, QStringLiteral("the document path has no directory: ") + in.D);
+        throw invalidProcedureCall(QStringLiteral("the document path has no directory: ") + in.D);
     const QString docDir = slash == 0 ? QStringLiteral("/") : in.D.left(slash);
     const QString tempDat = shellQuote(joinPosix(in.S, QStringLiteral("temp.dat")));
     const QString partial = shellQuote(joinPosix(in.S, QStringLiteral("temp.dat.part")));
@@ -98,10 +94,16 @@ QString compilerDevice(const QString& entry) {
 }
 
 QString selectCompileDevice(DeviceCombo& combo) {
+    // Selecting index 0 of an empty list fails, as any index outside the list does.
+    const auto select0 = [&] {
+        if (combo.ListCount() == 0)
+            throw invalidPropertyValue();
+        combo.SetListIndex(0);
+    };
     if (combo.ListIndex() > combo.ListCount() - 1)
-        combo.SetListIndex(0);
+        select0();
     if (combo.ListIndex() == -1)
-        combo.SetListIndex(0);
+        select0();
     return compilerDevice(combo.List(combo.ListIndex()));
 }
 

@@ -36,7 +36,7 @@ QString compilerDirectory(const QString& P);  // with the platform's separator
 QString compilerDevice(const QString& entry);
 
 // The device a compile is for: a selection outside the list, or none, becomes the first entry and stays
-// selected; gives compilerDevice of the selected entry (empty with an empty list).
+// selected; gives compilerDevice of the selected entry. An empty list has no entry to select: Failure 380.
 QString selectCompileDevice(DeviceCombo& combo);
 
 // The options rule of the compiler options' OK: "-ampasm" without "-oq" (letter case ignored) gives the

@@ -3,8 +3,8 @@
 #include "document/SourceView.h"
 #include "platform/Failure.h"
 #include "platform/Twips.h"
-#include "shell/Convert.h"
-#include "shell/Globals.h"
+#include "core/Convert.h"
+#include "core/Globals.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>

@@ -1,16 +1,17 @@
 #include "compile/frmCompile.h"
 
+#include "compile/CompileRules.h"
 #include "compile/CompileScript.h"
+#include "core/Frame.h"
 #include "compile/frmFindCompiler.h"
 #include "platform/Failure.h"
 #include "platform/OpenSave.h"
 #include "platform/Prompts.h"
-#include "platform/FixedDialog.h"
+#include "platform/QtFixedDialog.h"
 #include "platform/Twips.h"
-#include "shell/Convert.h"
-#include "shell/Globals.h"
-#include "shell/MDIMain.h"
-#include "shell/Settings.h"
+#include "core/Convert.h"
+#include "core/Globals.h"
+#include "core/Settings.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -29,12 +30,12 @@ QString checkText(const QCheckBox* box) { return box->isChecked() ? QStringLiter
 void setCheck(QCheckBox* box, const QString& stored) {
     const qint16 v = int16Of(stored);
     if (v != 0 && v != 1)
-        throw Failure(380, QStringLiteral("Invalid property value"));
+        throw invalidPropertyValue();
     box->setChecked(v == 1);
 }
 }  // namespace
 
-frmCompile::frmCompile(MDIMain& frame) : QDialog(&frame), frame_(frame) {
+frmCompile::frmCompile(Frame& frame) : QDialog(frame.frameWindow()), frame_(frame) {
     setupFixedDialog(*this, QStringLiteral("Compiler Options"), 7065, 2865);
 
     Compiler = new QComboBox(this);
@@ -121,17 +122,9 @@ void frmCompile::setCompilerIndex(int index) {
 }
 
 void frmCompile::Compiler_Click() {
-    switch (Compiler->currentIndex()) {
-    case 0:
-        CompilerPath->setText(setting(Key::CompilerPathName));
-        CommandOptions->setText(setting(Key::CompilerCommandLineOptions));
-        break;
-    case 1:
-        CompilerPath->setText(setting(Key::CompilerPathName1));
-        CommandOptions->setText(setting(Key::CompilerCommandLineOptions1));
-        break;
-    default:
-        break;
+    if (const auto kind = compilerKindAt(Compiler->currentIndex())) {
+        CompilerPath->setText(setting(kind->pathKey));
+        CommandOptions->setText(setting(kind->optionsKey));
     }
 }
 
@@ -167,17 +160,9 @@ void frmCompile::cmdOK_Click() {
     skipOnFailure([&] { saveSetting(Key::CompilerType, QString::number(Compiler->currentIndex())); });
     skipOnFailure([&] { CommandOptions->setText(optionsWithOq(CommandOptions->text())); });
     skipOnFailure([&] {
-        switch (Compiler->currentIndex()) {
-        case 0:
-            saveSetting(Key::CompilerPathName, CompilerPath->text());
-            saveSetting(Key::CompilerCommandLineOptions, CommandOptions->text());
-            break;
-        case 1:
-            saveSetting(Key::CompilerPathName1, CompilerPath->text());
-            saveSetting(Key::CompilerCommandLineOptions1, CommandOptions->text());
-            break;
-        default:
-            break;
+        if (const auto kind = compilerKindAt(Compiler->currentIndex())) {
+            saveSetting(kind->pathKey, CompilerPath->text());
+            saveSetting(kind->optionsKey, CommandOptions->text());
         }
     });
     skipOnFailure([&] {
@@ -186,17 +171,9 @@ void frmCompile::cmdOK_Click() {
         saveSetting(Key::AutoCloseCWTime, QString::number(SecScroll->value()));
     });
     skipOnFailure([&] {
-        switch (Compiler->currentIndex()) {
-        case 0:
-            globals().UsePBP = true;
-            frame_.setPanelText(3, QStringLiteral("PBP"));
-            break;
-        case 1:
-            globals().UsePBP = false;
-            frame_.setPanelText(3, QStringLiteral("PBC"));
-            break;
-        default:
-            break;
+        if (const auto kind = compilerKindAt(Compiler->currentIndex())) {
+            globals().UsePBP = Compiler->currentIndex() == 0;
+            frame_.setPanelText(3, kind->panelText);
         }
     });
     skipOnFailure([&] {

@@ -5,7 +5,7 @@
 #include <QDialog>
 #include <QString>
 
-class MDIMain;
+class Frame;
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -17,7 +17,7 @@ class frmCompile : public QDialog {
     Q_OBJECT
 public:
     // Builds the controls and runs Form_Load; nothing is shown.
-    explicit frmCompile(MDIMain& frame);
+    explicit frmCompile(Frame& frame);
     ~frmCompile() override;
 
     QComboBox* Compiler = nullptr;
@@ -49,5 +49,5 @@ public:
     void done(int result) override;
 
 private:
-    MDIMain& frame_;
+    Frame& frame_;
 };

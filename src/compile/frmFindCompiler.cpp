@@ -4,9 +4,9 @@
 #include "compile/frmCompile.h"
 #include "platform/Failure.h"
 #include "platform/Paths.h"
-#include "platform/FixedDialog.h"
+#include "platform/QtFixedDialog.h"
 #include "platform/Twips.h"
-#include "shell/Globals.h"
+#include "core/Globals.h"
 
 #include <QComboBox>
 #include <QCoreApplication>

@@ -2,8 +2,8 @@
 
 #include "platform/Failure.h"
 #include "platform/Prompts.h"
-#include "shell/Globals.h"
-#include "shell/Settings.h"
+#include "core/Globals.h"
+#include "core/Settings.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -17,33 +17,41 @@ const std::array<QString, kPortCount> kPortMarks = {
 
 namespace {
 
-// The number a mark without a digit behind it fails with: a text where a number was due.
-constexpr long kTypeMismatch = 13;
-
 // Thrown when the catalogue is not there at all; every other failure is a Failure.
 struct CatalogueMissing {};
 
+// The catalogue's lines. A line ends at CR LF, LF or a lone CR, so a file from any system reads alike.
 class CatalogueFile {
 public:
-    CatalogueFile() : file_(deviceCataloguePath()) {
-        if (!QFileInfo::exists(file_.fileName()))
+    CatalogueFile() {
+        QFile file(deviceCataloguePath());
+        if (!QFileInfo::exists(file.fileName()))
             throw CatalogueMissing{};
-        if (!file_.open(QIODevice::ReadOnly | QIODevice::Text))
-            throw Failure(file_.error(), file_.errorString());
-        in_.setDevice(&file_);
+        if (!file.open(QIODevice::ReadOnly))
+            throw Failure(file.error(), file.errorString());
+        const QByteArray bytes = file.readAll();
+        if (file.error() != QFileDevice::NoError)
+            throw Failure(file.error(), file.errorString());
+        text_ = QString::fromLocal8Bit(bytes);
     }
     bool readLine(QString& line) {
-        if (in_.atEnd())
+        if (at_ >= text_.size())
             return false;
-        line = in_.readLine();
-        if (in_.status() == QTextStream::ReadCorruptData)
-            throw Failure(QFileDevice::ReadError, file_.errorString());
+        qsizetype end = at_;
+        while (end < text_.size() && text_[end] != QLatin1Char('\n') && text_[end] != QLatin1Char('\r'))
+            ++end;
+        line = text_.mid(at_, end - at_);
+        at_ = end;
+        if (at_ < text_.size() && text_[at_] == QLatin1Char('\r'))
+            ++at_;
+        if (at_ < text_.size() && text_[at_] == QLatin1Char('\n'))
+            ++at_;  // LF alone, or the LF of CR LF
         return true;
     }
 
 private:
-    QFile file_;
-    QTextStream in_;
+    QString text_;
+    qsizetype at_ = 0;
 };
 
 // Runs one catalogue operation and reports its failure in the operation's own words; false after one.
@@ -96,8 +104,7 @@ void readPortMarks(const QString& upperLine, PortTable& ports) {
         const qsizetype digitAt = at + kPortMarks[i].size();
         const QChar c = digitAt < upperLine.size() ? upperLine[digitAt] : QChar();
         if (c < QLatin1Char('0') || c > QLatin1Char('9'))
-            throw Failure(kTypeMismatch, QStringLiteral("no digit behind %1 in the line of %2")
-                                             .arg(kPortMarks[i], upperLine.left(upperLine.indexOf(QLatin1Char(':')))));
+            throw typeMismatch();
         ports[i] = c.unicode() - u'0';
     }
 }

@@ -2,7 +2,7 @@
 // The device catalogue device.ide in the application directory: the device list and the port table.
 // The file is read again at every call; nothing of it is kept but the list entries and Ports.
 
-#include "devices/DeviceCombo.h"
+#include "core/DeviceCombo.h"
 
 #include <QString>
 #include <array>

@@ -3,7 +3,7 @@
 #include "document/SourceView.h"
 #include "document/TokenInfo.h"
 #include "platform/Failure.h"
-#include "shell/Convert.h"
+#include "core/Convert.h"
 
 namespace {
 

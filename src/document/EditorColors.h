@@ -1,7 +1,7 @@
 #pragma once
 // The colours and the font face of the settings, applied to a new view and saved from a closing one.
 
-#include "shell/Settings.h"
+#include "core/Settings.h"
 
 #include <optional>
 

@@ -7,23 +7,21 @@
 #include "platform/Failure.h"
 #include "platform/OpenSave.h"
 #include "platform/Prompts.h"
-#include "shell/Globals.h"
-#include "shell/MDIMain.h"
-#include "shell/Settings.h"
+#include "core/Frame.h"
+#include "core/Globals.h"
+#include "core/Settings.h"
 
 #include <QCloseEvent>
 #include <QMdiSubWindow>
 #include <QVBoxLayout>
 
-frmEditor::frmEditor(MDIMain& frame) : frame_(frame) {
+frmEditor::frmEditor(Frame& frame) : frame_(frame) {
     setAttribute(Qt::WA_DeleteOnClose, false);  // the sub-window owns and deletes us
     View = new SourceView(this);
     // The view fills the whole client area; no margin, toolbar or splitter stands beside it.
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(View);
-    CheckFile.setInterval(1000);
-    connect(&CheckFile, &QTimer::timeout, this, &frmEditor::CheckFile_Timer);
     globals().addWindow(this);
     Form_Load();
 }
@@ -110,13 +108,13 @@ void frmEditor::closeEvent(QCloseEvent* e) {
 }
 
 void frmEditor::Form_Unload() {
-    CheckFile.stop();
+    emit unloading();
     skipOnFailure([&] {
-        --frame_.miDocCount;
-        if (frame_.miDocCount == 0)
+        frame_.setMiDocCount(qint16(frame_.miDocCount() - 1));
+        if (frame_.miDocCount() == 0)
             frame_.EnableTools(false);
     });
-    skipOnFailure([&] { frame_.setOpenDocsCaption(QStringLiteral("Files: ") + QString::number(frame_.miDocCount)); });
+    skipOnFailure([&] { frame_.setOpenDocsCaption(QStringLiteral("Files: ") + QString::number(frame_.miDocCount())); });
     skipOnFailure([&] { frame_.removeWindowEntry(Tag); });
     skipOnFailure([&] { saveViewColors(*View); });
     skipOnFailure([&] { saveSetting(Key::LastFile, View->document().PathName()); });

@@ -7,6 +7,34 @@ const char* Failure::what() const noexcept {
     return what_.c_str();
 }
 
+namespace {
+Failure withText(long number, const char* text, const QString& detail) {
+    return Failure(number, detail.isEmpty() ? QString::fromLatin1(text) : detail);
+}
+}  // namespace
+
+Failure invalidProcedureCall(const QString& detail) {
+    return withText(kInvalidProcedureCall, "Invalid procedure call or argument", detail);
+}
+Failure overflow() { return Failure(kOverflow, QStringLiteral("Overflow")); }
+Failure subscriptOutOfRange(const QString& detail) {
+    return withText(kSubscriptOutOfRange, "Subscript out of range", detail);
+}
+Failure typeMismatch(const QString& detail) { return withText(kTypeMismatch, "Type mismatch", detail); }
+Failure fileNotFound(const QString& detail) { return withText(kFileNotFound, "File not found", detail); }
+Failure pathFileAccessError(const QString& detail) {
+    return Failure(kPathFileAccessError, QStringLiteral("Path/File access error: ") + detail);
+}
+Failure objectNotSet() {
+    return Failure(kObjectNotSet, QStringLiteral("Object variable or With block variable not set"));
+}
+Failure invalidPropertyValue() { return Failure(kInvalidPropertyValue, QStringLiteral("Invalid property value")); }
+Failure notSupportedByObject() {
+    return Failure(kNotSupportedByObject, QStringLiteral("Object doesn't support this property or method"));
+}
+Failure printerError(const QString& detail) { return Failure(kPrinterError, detail); }
+Failure cancelError() { return Failure(kCancelError, QStringLiteral("Cancel was selected.")); }
+
 Failure osFailure(int err, const QString& path) {
     QString text = QString::fromLocal8Bit(std::strerror(err));
     if (!path.isEmpty())

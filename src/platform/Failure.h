@@ -18,10 +18,33 @@ private:
     mutable std::string what_;
 };
 
+// The numbers that callers test for.
+inline constexpr long kInvalidProcedureCall = 5;
+inline constexpr long kOverflow = 6;
+inline constexpr long kSubscriptOutOfRange = 9;
+inline constexpr long kTypeMismatch = 13;
+inline constexpr long kFileNotFound = 53;
+inline constexpr long kPathFileAccessError = 75;
+inline constexpr long kObjectNotSet = 91;
+inline constexpr long kInvalidPropertyValue = 380;
+inline constexpr long kNotSupportedByObject = 438;
+inline constexpr long kPrinterError = 482;
 // The number the file and colour dialogs raise on Cancel.
 inline constexpr long kCancelError = 32755;
-// "File not found", as the launch of a program reports it.
-inline constexpr long kFileNotFound = 53;
+
+// The failures of the system, each with the platform's text for it; detail, when given, replaces that text.
+Failure invalidProcedureCall(const QString& detail = {});
+Failure overflow();
+Failure subscriptOutOfRange(const QString& detail = {});
+Failure typeMismatch(const QString& detail = {});
+Failure fileNotFound(const QString& detail = {});
+// "Path/File access error", and what the file system said.
+Failure pathFileAccessError(const QString& detail);
+Failure objectNotSet();
+Failure invalidPropertyValue();
+Failure notSupportedByObject();
+Failure printerError(const QString& detail);
+Failure cancelError();
 
 // A failure from an errno value, with the OS text; path, when given, stands in front of it.
 Failure osFailure(int err, const QString& path = {});

@@ -7,13 +7,13 @@
 
 void OpenSave::cancelled() {
     if (CancelError)
-        throw Failure(kCancelError, QStringLiteral("Cancel was selected."));
+        throw cancelError();
     FileName.clear();
 }
 
 bool OpenSave::ShowOpen() {
     if (!prompts_)
-        throw Failure(91, QStringLiteral("Object variable not set"));
+        throw objectNotSet();
     if (auto f = prompts_->openFile(Filter, FileName)) {
         FileName = *f;
         return true;
@@ -24,7 +24,7 @@ bool OpenSave::ShowOpen() {
 
 bool OpenSave::ShowSave() {
     if (!prompts_)
-        throw Failure(91, QStringLiteral("Object variable not set"));
+        throw objectNotSet();
     if (auto f = prompts_->saveFile(Filter, FileName)) {
         FileName = *f;
         if (!FileName.isEmpty() && !DefaultExt.isEmpty() && QFileInfo(FileName).suffix().isEmpty() &&
@@ -38,12 +38,12 @@ bool OpenSave::ShowSave() {
 
 bool OpenSave::ShowColor() {
     if (!prompts_)
-        throw Failure(91, QStringLiteral("Object variable not set"));
+        throw objectNotSet();
     if (auto c = prompts_->chooseColor(Color)) {
         Color = *c;
         return true;
     }
     if (CancelError)
-        throw Failure(kCancelError, QStringLiteral("Cancel was selected."));
+        throw cancelError();
     return false;
 }

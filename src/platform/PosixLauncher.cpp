@@ -63,9 +63,9 @@ void PosixLauncher::startDetached(const QString& program, const QStringList& arg
     if (!program.contains(QLatin1Char('/'))) {
         resolved = QStandardPaths::findExecutable(program);
         if (resolved.isEmpty())
-            throw Failure(kFileNotFound, QStringLiteral("File not found"));
+            throw fileNotFound();
     } else if (!fi.exists()) {
-        throw Failure(kFileNotFound, QStringLiteral("File not found"));
+        throw fileNotFound();
     }
     QProcess p;
     p.setProgram(resolved);

@@ -1,5 +1,6 @@
 #include "shell/CommandRules.h"
 
+#include "core/Version.h"
 #include "platform/Paths.h"
 
 QString untitledPath(const QString& sourceCodePath, int n) {
@@ -21,11 +22,6 @@ bool isAlreadyOpen(const QStringList& documentTitles, const QString& path) {
         if (t.toUpper() == p)
             return true;
     return false;
-}
-
-QString versionDigits() {
-    return QString::number(QB_VERSION_MAJOR) + QString::number(QB_VERSION_MINOR) +
-           QString::number(QB_VERSION_REVISION);
 }
 
 namespace {

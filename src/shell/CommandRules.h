@@ -15,8 +15,5 @@ int untitledNumber(const QStringList& titles, const QString& sourceCodePath);
 // The already-open test: whole titles compared in upper case, no path normalisation.
 bool isAlreadyOpen(const QStringList& documentTitles, const QString& path);
 
-// The version digits of the web links: major, minor and revision with nothing between them.
-QString versionDigits();
-
 // The target of a web link tool, or empty for any other id.
 QString webLinkFor(const QString& toolId);

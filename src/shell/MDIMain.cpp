@@ -6,10 +6,10 @@
 #include "platform/Failure.h"
 #include "platform/Prompts.h"
 #include "platform/Twips.h"
-#include "shell/Convert.h"
-#include "shell/Globals.h"
+#include "core/Convert.h"
+#include "core/Globals.h"
 #include "shell/Placement.h"
-#include "shell/Settings.h"
+#include "core/Settings.h"
 #include "devices/DeviceCatalogue.h"
 #include "shell/EnableTools.h"
 #include "shell/RecentFiles.h"
@@ -126,7 +126,7 @@ void MDIMain::MDIForm_Load() {
     skipOnFailure([&] { GetDevices(); });
     skipOnFailure([&] { setDeviceListIndex(int16Of(setting(Key::DefaultDevice))); });
     skipOnFailure([&] { GetDeviceData(false); });
-    ++miDocCount;
+    ++miDocCount_;
     skipOnFailure([&] { EnableTools(true); });
     // The command line is taken whole: no trimming, no quotes removed.
     const QString path = commandLine_.isEmpty() ? setting(Key::LastFile) : commandLine_;
@@ -275,11 +275,11 @@ void MDIMain::setDeviceListIndex(int index) {
     combo.SetListIndex(index);
     // Setting an index that isn't in the list fails and leaves no selection.
     if (combo.ListIndex() != index)
-        throw Failure(380, QStringLiteral("Invalid property value"));
+        throw invalidPropertyValue();
 }
 
 void MDIMain::AddWindowEntry(const QString& title) {
-    ::AddWindowEntry(SSActiveToolBars1, title, miDocCount, [this](const QString& t) {
+    ::AddWindowEntry(SSActiveToolBars1, title, miDocCount_, [this](const QString& t) {
         if (frmEditor* doc = activeDocument())
             doc->Tag = t;
     });

@@ -1,6 +1,7 @@
 #pragma once
 // The frame: one main window holding the document windows, the tools and the status bar.
 
+#include "core/Frame.h"
 #include "platform/OpenSave.h"
 #include "shell/ToolBars.h"
 
@@ -20,7 +21,7 @@ class QMdiSubWindow;
 class frmEditor;
 struct Failure;
 
-class MDIMain : public QMainWindow {
+class MDIMain : public QMainWindow, public Frame {
     Q_OBJECT
 public:
     // commandLine: empty, or as a whole the path of one file.
@@ -30,21 +31,37 @@ public:
     // The arguments after the program's name, joined by single blanks: a path with blanks needs no quotes.
     static QString commandLineFrom(const QCoreApplication& app);
 
-    // Number of open documents.
-    qint16 miDocCount = 0;
+    // The frame as the other parts know it.
+    void ShowError(const Failure& f) override;
+    void EnableTools(bool enabled) override;
+    void setToolEnabled(const QString& id, bool enabled) override;
+    void refreshPasteTool() override;
+    void setPanelText(int panel, const QString& text) override;
+    qint16 miDocCount() const override { return miDocCount_; }
+    void setMiDocCount(qint16 count) override { miDocCount_ = count; }
+    DeviceCombo& deviceCombo() override;
+    int deviceListIndex() override;
+    void setDeviceListIndex(int index) override;
+    void GetDevices() override;
+    void GetDeviceData(bool reloadWords) override;
+    OpenSave& openSave() override { return openSave_; }
+    void removeWindowEntry(const QString& id) override;
+    void setOpenDocsCaption(const QString& caption) override;
+    void setPBPVersion(const QString& text) override { pbpVersion_ = text; }
+    int runModal(QDialog& dlg) override;
+    QWidget* frameWindow() override { return this; }
+
     // The menus and the toolbar.
-    SSActiveToolBars SSActiveToolBars1;
+    SSActiveToolBars& toolBars() { return SSActiveToolBars1; }
     // The one status bar, painted on picStatus; null only if its creation failed.
-    std::unique_ptr<cNoStatusBar> m_cSBar;
-    StatusPicture* picStatus = nullptr;
-
-    // Reports a caught failure: "Error( n): text", titled "File Error".
-    void ShowError(const Failure& f);
-    OpenSave& openSave() { return openSave_; }
-
+    cNoStatusBar* statusBar() const { return m_cSBar.get(); }
+    StatusPicture* statusPicture() const { return picStatus; }
     QMdiArea* mdiArea() const { return mdi_; }
     // The frame's active child, or null with no document.
     frmEditor* activeDocument() const;
+    bool loaded() const { return loaded_; }
+    // The compiler's banner as the about box will show it.
+    QString PBPVersion() const { return pbpVersion_; }
 
     // Creates a document window for a path and shows it. With missingIsEmpty a path that doesn't exist
     // gives an empty document; any other load failure removes the window again and is thrown.
@@ -54,33 +71,10 @@ public:
     void SSActiveToolBars1_ToolClick(Tool& tool);
     // The user closed a combo box's list.
     void SSActiveToolBars1_ComboCloseUp(Tool& tool);
-
-    // Tools, device list and window list: filled in by the tool model.
-    void EnableTools(bool enabled);
-    void setToolEnabled(const QString& id, bool enabled);
-    void refreshPasteTool();
-    void GetDevices();
-    void GetDeviceData(bool reloadWords);
-    int deviceListIndex();
-    void setDeviceListIndex(int index);
     void AddWindowEntry(const QString& title);
-    void removeWindowEntry(const QString& id);
-    void setOpenDocsCaption(const QString& caption);
-    // Text of a status bar panel, 1 to 3.
-    void setPanelText(int panel, const QString& text);
-
-    bool loaded() const { return loaded_; }
-
-    // The device list of the tool ID_Device.
-    DeviceCombo& deviceCombo();
-
-    // The compiler's banner for the about box's PBPVersion label; kept here until that box exists.
-    void setPBPVersion(const QString& text) { pbpVersion_ = text; }
-    QString PBPVersion() const { return pbpVersion_; }
 
     // Shows a dialog modally. Tests put a hook here, so no dialog ever blocks them.
     std::function<int(QDialog&)> modalHook;
-    int runModal(QDialog& dlg);
 
 protected:
     void showEvent(QShowEvent* e) override;
@@ -110,6 +104,10 @@ private:
     void refreshUndoTools();
     void refreshSelectionTools();
 
+    qint16 miDocCount_ = 0;
+    SSActiveToolBars SSActiveToolBars1;
+    std::unique_ptr<cNoStatusBar> m_cSBar;
+    StatusPicture* picStatus = nullptr;
     QString commandLine_;
     QMdiArea* mdi_ = nullptr;
     OpenSave openSave_;

@@ -1,4 +1,5 @@
 // The frame's command handler: every tool click arrives here and runs its command.
+#include "compile/CompileRun.h"
 #include "compile/frmCompile.h"
 #include "document/Document.h"
 #include "document/SourceView.h"
@@ -7,10 +8,10 @@
 #include "platform/Launcher.h"
 #include "platform/Prompts.h"
 #include "shell/CommandRules.h"
-#include "shell/Globals.h"
+#include "core/Globals.h"
 #include "shell/MDIMain.h"
 #include "shell/RecentFiles.h"
-#include "shell/Settings.h"
+#include "core/Settings.h"
 #include "shell/WindowList.h"
 
 #include <QFileInfo>
@@ -40,7 +41,7 @@ void message(const QString& text, Icon icon = Icon::None, const QString& title =
 frmEditor& MDIMain::active() const {
     frmEditor* doc = activeDocument();
     if (!doc)
-        throw Failure(91, QStringLiteral("Object variable or With block variable not set"));
+        throw objectNotSet();
     return *doc;
 }
 
@@ -57,7 +58,7 @@ bool MDIMain::alreadyOpen(const QString& path, bool raisedCount) {
         return false;
     message(QStringLiteral("File Already Open!"), Icon::Exclamation);
     if (raisedCount)
-        --miDocCount;
+        --miDocCount_;
     return true;
 }
 
@@ -177,7 +178,7 @@ bool MDIMain::runCommand(Tool& tool) {
         frmEditor& doc = active();
         // The compiler sees what is on the screen; a failed save starts no compile.
         doc.View->document().SaveFile(doc.View->document().PathName());
-        doc.GoCompile();
+        GoCompile(doc);
     } else if (is(id, "ID_CompilerOptions")) {
         frmCompile dlg(*this);
         runModal(dlg);
@@ -198,7 +199,7 @@ bool MDIMain::runCommand(Tool& tool) {
 }
 
 bool MDIMain::newDocument() {
-    ++miDocCount;
+    ++miDocCount_;
     // From here on a failing step is passed over.
     skipOnFailure([&] { EnableTools(true); });
     const QString dir = setting(Key::SourceCodePath);
@@ -215,7 +216,7 @@ void MDIMain::createCountedDocument(const QString& path) {
         createDocument(path, false);
     } catch (const Failure&) {
         // A file that can't be loaded: the window is gone again, and so is the count it took.
-        --miDocCount;
+        --miDocCount_;
         throw;
     }
 }
@@ -229,7 +230,7 @@ bool MDIMain::openDocument() {
         message(QStringLiteral("File Not Found: ") + path);
         return false;
     }
-    ++miDocCount;
+    ++miDocCount_;
     EnableTools(true);
     if (alreadyOpen(path, true))
         return false;
@@ -240,7 +241,7 @@ bool MDIMain::openDocument() {
 }
 
 bool MDIMain::openRecentFile(int entry) {
-    ++miDocCount;
+    ++miDocCount_;
     EnableTools(true);
     const QString path = recentFilePath(SSActiveToolBars1, entry);
     if (alreadyOpen(path, true))

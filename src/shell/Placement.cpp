@@ -1,7 +1,7 @@
 #include "shell/Placement.h"
 
 #include "platform/Failure.h"
-#include "shell/Convert.h"
+#include "core/Convert.h"
 
 Placement defaultPlacement() {
     Placement p;

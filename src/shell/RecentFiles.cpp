@@ -1,6 +1,6 @@
 #include "shell/RecentFiles.h"
 
-#include "shell/Settings.h"
+#include "core/Settings.h"
 #include "shell/ToolModel.h"
 
 Tool& recentFileEntry(ToolModel& tools, int entry) {

@@ -6,7 +6,7 @@
 // a place owns its caption and width. Separators and entries added at run time under an id that
 // names no tool exist only in their list and are their own tool.
 
-#include "devices/DeviceCombo.h"
+#include "core/DeviceCombo.h"
 #include "shell/ToolTable.h"
 
 #include <QString>

@@ -3,7 +3,7 @@
 #include "platform/Failure.h"
 #include "platform/SystemColors.h"
 #include "platform/Twips.h"
-#include "shell/Settings.h"
+#include "core/Settings.h"
 #include "statusbar/StatusLayout.h"
 
 namespace {

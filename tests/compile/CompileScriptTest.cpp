@@ -1,5 +1,5 @@
 #include "compile/CompileScript.h"
-#include "devices/FakeDeviceCombo.h"
+#include "support/FakeDeviceCombo.h"
 #include "platform/Failure.h"
 
 #include <QDir>

@@ -2,11 +2,10 @@
 #include "compile/CompilerScreen.h"
 #include "compile/frmCompile.h"
 #include "document/SourceView.h"
-#include "shell/Globals.h"
-#include "shell/MDIMain.h"
-#include "shell/Settings.h"
-#include "statusbar/cNoStatusBar.h"
+#include "core/Globals.h"
+#include "core/Settings.h"
 #include "support/Doubles.h"
+#include "support/FakeFrame.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -25,7 +24,7 @@ const QString kReady = QStringLiteral("Compiler Output - Esc to Close");
 class CompileWindowsTest : public ::testing::Test {
 protected:
     TestWorld w;
-    MDIMain frame{QString()};  // the first loaded window, which owns the output screen
+    FakeFrame frame;  // the first loaded window, which owns the output screen
 
     void TearDown() override {
         if (CompilerScreen* s = CompilerScreen::find())
@@ -45,8 +44,7 @@ protected:
 }  // namespace
 
 TEST_F(CompileWindowsTest, OkStoresTheChosenCompilersKeysAndSetsThePanelCancelChangesNothing) {
-    frame.show();  // the status bar comes with the frame's load
-    ASSERT_TRUE(frame.m_cSBar);
+    frame.panels[3] = "PBP";
     const QString seventeen = "Auto Close Compiler Output Screen in: 17 Secs";
     auto open = [&](int compiler, bool ok) {
         frmCompile dlg(frame);
@@ -60,7 +58,7 @@ TEST_F(CompileWindowsTest, OkStoresTheChosenCompilersKeysAndSetsThePanelCancelCh
         EXPECT_EQ(dlg.CommandOptions->text(), ok ? "-ampasm -oq" : "-ampasm");
     };
     // The status bar's compiler panel and the compiler in use.
-    auto kind = [&] { return frame.m_cSBar->PanelText(3) + (globals().UsePBP ? " PBP" : " PBC"); };
+    auto kind = [&] { return frame.panels[3] + (globals().UsePBP ? " PBP" : " PBC"); };
     open(1, false);
     EXPECT_EQ(kind(), "PBP PBP");
     EXPECT_TRUE(stored().isEmpty());

@@ -2,8 +2,8 @@
 #include "compile/CompilerSearch.h"
 #include "compile/frmCompile.h"
 #include "compile/frmFindCompiler.h"
-#include "shell/MDIMain.h"
-#include "shell/Settings.h"
+#include "support/FakeFrame.h"
+#include "core/Settings.h"
 #include "support/Doubles.h"
 
 #include <QComboBox>
@@ -35,7 +35,7 @@ protected:
     QTemporaryDir tmp;
     const QString root = tmp.path() + "/drive", locked = root + "/locked";
     TestWorld w;
-    MDIMain frame{QString()};
+    FakeFrame frame;
 
     void SetUp() override {
         for (const char* file : {"/tools/pbp/pbpw.exe", "/tools/pbp/PBPX.EXE", "/tools/pbp/pbpw.exe.bak", "/Pbc.Exe",

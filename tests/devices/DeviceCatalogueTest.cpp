@@ -1,7 +1,7 @@
 // The device catalogue: the device list, the port table, their failures, and the shipped data/device.ide.
 #include "devices/DeviceCatalogue.h"
-#include "devices/FakeDeviceCombo.h"
-#include "shell/Globals.h"
+#include "support/FakeDeviceCombo.h"
+#include "core/Globals.h"
 #include "support/Doubles.h"
 
 #include <QDir>
@@ -62,6 +62,11 @@ TEST_F(DeviceCatalogueTest, ListsDeviceLinesInFileOrderOnlyThoseMarkedPbcForPicB
     EXPECT_EQ(devices(true), QStringList({"PIC16F84A", "PIC18F452", " PIC12F675 ", "PICPBC1", "PIC16F877A", "A"}));
     // Only an upper-case "PBC" anywhere in the line counts, the name included.
     EXPECT_EQ(devices(false), QStringList({"PIC16F84A", " PIC12F675 ", "PICPBC1"}));
+    // Lines end at CR, LF or CR LF alike, also mixed in one file; an empty line between is no line.
+    catalogue("PIC1: PORTA=1\rPIC2: PORTB=2\r\rPIC3: GPIO=3\r\nPIC4: PBC\nPIC5: PORTJ=5");
+    EXPECT_EQ(devices(true), QStringList({"PIC1", "PIC2", "PIC3", "PIC4", "PIC5"}));
+    EXPECT_EQ(portsOf("PIC2"), (PortTable{0, 0, 2, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(portsOf("PIC5"), (PortTable{0, 0, 0, 0, 0, 0, 0, 0, 0, 5}));
 }
 
 TEST_F(DeviceCatalogueTest, ReadsTheDigitBehindTheFirstOfEachMarkOfTheFirstMatchingLine) {
@@ -83,8 +88,9 @@ TEST_F(DeviceCatalogueTest, ReadsTheDigitBehindTheFirstOfEachMarkOfTheFirstMatch
     EXPECT_EQ(portsOf("PIC16A", true), (PortTable{2, 3, 4, 7, 7, 7, 7, 7, 7, 7}));
     EXPECT_EQ(portsOf("PIC16B", true), (PortTable{0, 7, 7, 7, 7, 7, 7, 7, 7, 7}));
     EXPECT_EQ(reloads, 3);
-    EXPECT_EQ(boxes(), "|Get Device Data Error: no digit behind PORTC= in the line of PIC16A|0\n"
-                       "|Get Device Data Error: no digit behind PORTA= in the line of PIC16B|0");
+    // The platform's text for a letter where a number was due.
+    EXPECT_EQ(boxes(), "|Get Device Data Error: Type mismatch|0\n"
+                       "|Get Device Data Error: Type mismatch|0");
 }
 
 TEST_F(DeviceCatalogueTest, ACatalogueMissingOrUnreadableIsReportedByBothReaders) {

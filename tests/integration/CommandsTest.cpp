@@ -2,10 +2,10 @@
 #include "document/Document.h"
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
-#include "shell/Globals.h"
+#include "core/Globals.h"
 #include "shell/MDIMain.h"
 #include "shell/RecentFiles.h"
-#include "shell/Settings.h"
+#include "core/Settings.h"
 #include "support/Doubles.h"
 
 #include <QFile>
@@ -15,19 +15,19 @@
 
 namespace {
 
-struct Frame {
+struct RunningFrame {
     TestWorld w;
     std::unique_ptr<MDIMain> f;
-    explicit Frame(const QString& first = {}) {
+    explicit RunningFrame(const QString& first = {}) {
         w.writeDeviceCatalogue();
         f = std::make_unique<MDIMain>(first);
         f->show();
     }
-    void click(const QString& id) { f->SSActiveToolBars1_ToolClick(f->SSActiveToolBars1.Tools().Item(id)); }
+    void click(const QString& id) { f->SSActiveToolBars1_ToolClick(f->toolBars().Tools().Item(id)); }
     void clickWindowEntry(const QString& id) {
-        f->SSActiveToolBars1_ToolClick(f->SSActiveToolBars1.Tools().Item("ID_Window").Menu().Tools().Item(id));
+        f->SSActiveToolBars1_ToolClick(f->toolBars().Tools().Item("ID_Window").Menu().Tools().Item(id));
     }
-    bool enabled(const QString& id) { return f->SSActiveToolBars1.Tools().Item(id).Enabled(); }
+    bool enabled(const QString& id) { return f->toolBars().Tools().Item(id).Enabled(); }
     QStringList titles() {
         QStringList t;
         for (QMdiSubWindow* s : f->mdiArea()->subWindowList(QMdiArea::CreationOrder))
@@ -36,15 +36,15 @@ struct Frame {
     }
     QStringList windowMenu() {
         QStringList ids;
-        for (const auto& m : f->SSActiveToolBars1.Tools().Item("ID_Window").Menu().Tools())
+        for (const auto& m : f->toolBars().Tools().Item("ID_Window").Menu().Tools())
             ids << m->ID();
         return ids;
     }
     QString openDocsLabel() {
-        return f->SSActiveToolBars1.Bands("Standard").Tools().Item("ID_OpenDocs").Caption();
+        return f->toolBars().Bands("Standard").Tools().Item("ID_OpenDocs").Caption();
     }
-    QString recent(int n) { return recentFileEntry(f->SSActiveToolBars1, n).Caption(); }
-    bool recentShown(int n) { return recentFileEntry(f->SSActiveToolBars1, n).Visible(); }
+    QString recent(int n) { return recentFileEntry(f->toolBars(), n).Caption(); }
+    bool recentShown(int n) { return recentFileEntry(f->toolBars(), n).Visible(); }
     void openFile(const QString& path) {
         w.prompts.files.push_back(path);
         click("ID_Open");
@@ -54,12 +54,12 @@ struct Frame {
 }  // namespace
 
 TEST(Commands, NewGivesNumberedNamesAndEntersThem) {
-    Frame t;
+    RunningFrame t;
     t.click("ID_New");
     t.click("ID_New");
     const QString dir = t.w.appDir();
     EXPECT_EQ(t.titles(), QStringList({dir + "/Untitled.pbp", dir + "/Untitled1.pbp", dir + "/Untitled2.pbp"}));
-    EXPECT_EQ(t.f->miDocCount, 3);
+    EXPECT_EQ(t.f->miDocCount(), 3);
     EXPECT_EQ(t.openDocsLabel(), "Files: 3");
     EXPECT_EQ(t.windowMenu(), QStringList({"ID_TileH", "ID_TileV", "ID_Cascade", "ID_Arrange", "separator",
                                             dir + "/Untitled.pbp", dir + "/Untitled1.pbp", dir + "/Untitled2.pbp"}));
@@ -69,16 +69,16 @@ TEST(Commands, NewGivesNumberedNamesAndEntersThem) {
 }
 
 TEST(Commands, NewRefusesANameOpenInAnotherOrder) {
-    Frame t;
+    RunningFrame t;
     const QString dir = t.w.appDir();
     // Untitled2 loaded ahead of Untitled1: the single pass stops at 2, which is open.
-    ++t.f->miDocCount;
+    t.f->setMiDocCount(t.f->miDocCount() + 1);
     t.f->createDocument(dir + "/UNTITLED2.pbp");
-    ++t.f->miDocCount;
+    t.f->setMiDocCount(t.f->miDocCount() + 1);
     t.f->createDocument(dir + "/Untitled1.pbp");
-    const qint16 before = t.f->miDocCount;
+    const qint16 before = t.f->miDocCount();
     t.click("ID_New");
-    EXPECT_EQ(t.f->miDocCount, before);
+    EXPECT_EQ(t.f->miDocCount(), before);
     ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
     EXPECT_EQ(t.w.prompts.boxes[0].text, "File Already Open!");
     EXPECT_EQ(t.w.prompts.boxes[0].icon, Icon::Exclamation);
@@ -86,17 +86,17 @@ TEST(Commands, NewRefusesANameOpenInAnotherOrder) {
 }
 
 TEST(Commands, OpenRefusesOtherLetterCaseAndEntersRecentFiles) {
-    Frame t;
+    RunningFrame t;
     const QString a = t.w.write("Blink.pbp", "HIGH 0\n");
     t.openFile(a);
     EXPECT_EQ(t.f->activeDocument()->Caption(), a);
     EXPECT_EQ(t.recent(1), "&1 " + a);
-    EXPECT_EQ(t.f->miDocCount, 2);
+    EXPECT_EQ(t.f->miDocCount(), 2);
     // The same file under another letter case: refused, count back, list untouched.
     QFile::copy(a, t.w.appDir() + "/BLINK.PBP");
     t.openFile(t.w.appDir() + "/BLINK.PBP");
     EXPECT_EQ(t.w.prompts.boxes.back().text, "File Already Open!");
-    EXPECT_EQ(t.f->miDocCount, 2);
+    EXPECT_EQ(t.f->miDocCount(), 2);
     EXPECT_FALSE(t.recentShown(2));
     // Not found, cancelled: nothing changes.
     t.openFile(t.w.appDir() + "/gone.pbp");
@@ -105,14 +105,14 @@ TEST(Commands, OpenRefusesOtherLetterCaseAndEntersRecentFiles) {
     const size_t boxes = t.w.prompts.boxes.size();
     t.click("ID_Open");  // the dialog is cancelled: silent
     EXPECT_EQ(t.w.prompts.boxes.size(), boxes);
-    EXPECT_EQ(t.f->miDocCount, 2);
+    EXPECT_EQ(t.f->miDocCount(), 2);
     EXPECT_EQ(t.w.prompts.fileDialogFilters.back(),
               "All Source Code Files|*.bas;*.pbp;*.pbc|PicBasic Pro Source Code (*.pbp)|*.pbp|PicBasic Source "
               "Code (*.pbc)|*.pbc|Basic Source Code (*.bas)|*.bas|All Files (*.*)|*.*|");
 }
 
 TEST(Commands, FiveOpensKeepTheLastFourNewestFirst) {
-    Frame t;
+    RunningFrame t;
     QStringList paths;
     for (int i = 1; i <= 5; ++i)
         paths << t.w.write(QString("f%1.pbp").arg(i), "x");
@@ -142,7 +142,7 @@ TEST(Commands, File2AloneStored) {
     saveSetting(Key::File2, "&2 " + old);
     MDIMain f({});
     f.show();
-    auto& tools = f.SSActiveToolBars1;
+    auto& tools = f.toolBars();
     EXPECT_FALSE(recentFileEntry(tools, 1).Visible());
     EXPECT_TRUE(recentFileEntry(tools, 2).Visible());
     w.prompts.files.push_back(fresh);
@@ -159,23 +159,23 @@ TEST(Commands, RecentEntryOfAMissingFileReportsAndRestoresTheCount) {
     saveSetting(Key::File1, "&1 " + w.appDir() + "/vanished.pbp");
     MDIMain f({});
     f.show();
-    f.SSActiveToolBars1_ToolClick(f.SSActiveToolBars1.Tools().Item("ID_File1"));
+    f.SSActiveToolBars1_ToolClick(f.toolBars().Tools().Item("ID_File1"));
     ASSERT_EQ(w.prompts.boxes.size(), 1u);
     EXPECT_EQ(w.prompts.boxes[0].title, "File Error");
-    EXPECT_EQ(f.miDocCount, 1);
+    EXPECT_EQ(f.miDocCount(), 1);
     EXPECT_EQ(globals().loadedWindows.size(), 2u);
-    EXPECT_EQ(recentFileEntry(f.SSActiveToolBars1, 1).Caption(), "&1 " + w.appDir() + "/vanished.pbp");
+    EXPECT_EQ(recentFileEntry(f.toolBars(), 1).Caption(), "&1 " + w.appDir() + "/vanished.pbp");
 }
 
 TEST(Commands, SaveAsOntoItselfIsRefusedAndAnotherNameMovesTheEntry) {
-    Frame t;
+    RunningFrame t;
     const QString a = t.w.write("a.pbp", "A\n");
     t.openFile(a);
-    const qint16 count = t.f->miDocCount;
+    const qint16 count = t.f->miDocCount();
     t.w.prompts.files.push_back(a.toUpper() == a ? a : a);
     t.click("ID_SaveAs");
     EXPECT_EQ(t.w.prompts.boxes.back().text, "File Already Open!");
-    EXPECT_EQ(t.f->miDocCount, count);
+    EXPECT_EQ(t.f->miDocCount(), count);
     const QString b = t.w.appDir() + "/b.pbp";
     t.w.prompts.files.push_back(b);
     t.click("ID_SaveAs");
@@ -191,9 +191,9 @@ TEST(Commands, SaveAsOntoItselfIsRefusedAndAnotherNameMovesTheEntry) {
 }
 
 TEST(Commands, ClosingAllAndOpeningOneGivesOneSeparator) {
-    Frame t;
+    RunningFrame t;
     t.click("ID_Close");
-    EXPECT_EQ(t.f->miDocCount, 0);
+    EXPECT_EQ(t.f->miDocCount(), 0);
     EXPECT_EQ(t.openDocsLabel(), "Files: 0");
     EXPECT_EQ(t.windowMenu(), QStringList({"ID_TileH", "ID_TileV", "ID_Cascade", "ID_Arrange", "separator"}));
     // No document: the document tools are grey, the rest stay on.
@@ -217,7 +217,7 @@ TEST(Commands, ClosingAllAndOpeningOneGivesOneSeparator) {
 }
 
 TEST(Commands, EditCommandsAndTheirTools) {
-    Frame t;
+    RunningFrame t;
     SourceView& v = *t.f->activeDocument()->View;
     v.insert("HIGH PORTB\nLOW PORTB");
     t.click("ID_SelectAll");
@@ -243,13 +243,13 @@ TEST(Commands, EditCommandsAndTheirTools) {
     EXPECT_EQ(v.MarginStyle(), 2);
     // The Edit menu opening with no token clicked turns the token colour tool off.
     globals().ClickedTokenClass = 0;
-    t.f->SSActiveToolBars1.Tools().Item("ID_TokenColor").setEnabled(true);
+    t.f->toolBars().Tools().Item("ID_TokenColor").setEnabled(true);
     t.click("ID_Edit");
     EXPECT_FALSE(t.enabled("ID_TokenColor"));
 }
 
 TEST(Commands, WebLinksCarryTheVersionDigits) {
-    Frame t;
+    RunningFrame t;
     t.click("ID_Update");
     t.click("ID_BugReport");
     t.click("ID_melabs");

@@ -1,4 +1,5 @@
 // A compile from the Compile tool to the output screen, with the real gpasm and with a fake compiler.
+#include "compile/CompileRun.h"
 #include "compile/CompilerScreen.h"
 #include "compile/frmCompile.h"
 #include "statusbar/cNoStatusBar.h"
@@ -6,9 +7,9 @@
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
 #include "platform/PosixLauncher.h"
-#include "shell/Globals.h"
+#include "core/Globals.h"
 #include "shell/MDIMain.h"
-#include "shell/Settings.h"
+#include "core/Settings.h"
 #include "support/Doubles.h"
 
 #include <QDialog>
@@ -49,14 +50,14 @@ struct CompileFrame {
         QDir::setCurrent(QDir::tempPath());
     }
     frmEditor& doc() { return *f->activeDocument(); }
-    void compile() { f->SSActiveToolBars1_ToolClick(f->SSActiveToolBars1.Tools().Item("ID_Compile")); }
+    void compile() { f->SSActiveToolBars1_ToolClick(f->toolBars().Tools().Item("ID_Compile")); }
     // The compiler runs on its own; wait (bounded) for its output as the tick would, then tick once.
     bool waitAndTick() {
         QElapsedTimer t;
         t.start();
         while (!QFileInfo::exists(w.file("temp.dat")) && t.elapsed() < 30000)
             QThread::msleep(20);
-        doc().CheckFile_Timer();
+        CompileRun::of(doc()).CheckFile_Timer();
         return QFileInfo::exists(w.file("temp.dat"));
     }
 };
@@ -75,13 +76,15 @@ TEST(Compile, GoodSourceWithRealGpasmCountsDown) {
     ASSERT_NE(screen, nullptr);
     EXPECT_TRUE(screen->isVisible());
     EXPECT_EQ(screen->CompilerOutput->Text(), "Compiling Please Wait.....");
-    EXPECT_TRUE(t.doc().CheckFile.isActive());
+    EXPECT_TRUE(CompileRun::of(t.doc()).CheckFile.isActive());
     QFile script(t.w.file("runpb.sh"));
     ASSERT_TRUE(script.open(QIODevice::ReadOnly));
     EXPECT_TRUE(script.readAll().contains("-p'16F84A'"));
     ASSERT_TRUE(t.waitAndTick());
-    EXPECT_FALSE(t.doc().CheckFile.isActive());
-    EXPECT_EQ(globals().CompileProcess, nullptr);
+    EXPECT_FALSE(CompileRun::of(t.doc()).CheckFile.isActive());
+    // The handle stays, its process group is gone.
+    ASSERT_NE(globals().CompileProcess, nullptr);
+    EXPECT_FALSE(globals().CompileProcess->running());
     EXPECT_EQ(screen->windowTitle(), "Compiler Output - Auto Close in: 5 Secs - Esc to Cancel");
     EXPECT_TRUE(screen->CompileScreenTimer.isActive());
     // gpasm wrote its hex file beside the source, and the output is on the screen.
@@ -133,11 +136,11 @@ TEST(Compile, NoOutputTimesOutAfterThirtyTicks) {
     ASSERT_EQ(t.w.launcher.launches.size(), 1u);
     EXPECT_EQ(t.w.launcher.launches[0].kind, LaunchRecord::Hidden);
     for (int i = 0; i < 29; ++i)
-        t.doc().CheckFile_Timer();
-    EXPECT_TRUE(t.doc().CheckFile.isActive());
+        CompileRun::of(t.doc()).CheckFile_Timer();
+    EXPECT_TRUE(CompileRun::of(t.doc()).CheckFile.isActive());
     EXPECT_TRUE(t.w.prompts.boxes.empty());
-    t.doc().CheckFile_Timer();
-    EXPECT_FALSE(t.doc().CheckFile.isActive());
+    CompileRun::of(t.doc()).CheckFile_Timer();
+    EXPECT_FALSE(CompileRun::of(t.doc()).CheckFile.isActive());
     ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
     EXPECT_EQ(t.w.prompts.boxes[0].text, "Compile Timeout...");
     EXPECT_EQ(t.w.prompts.boxes[0].icon, Icon::Information);
@@ -171,7 +174,7 @@ TEST(Compile, VisibleModeAndItsFailure) {
     EXPECT_EQ(t.w.launcher.launches[0].kind, LaunchRecord::Terminal);
     ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
     EXPECT_EQ(t.w.prompts.boxes[0].text, "Unable to launch application.");
-    EXPECT_TRUE(t.doc().CheckFile.isActive());
+    EXPECT_TRUE(CompileRun::of(t.doc()).CheckFile.isActive());
     EXPECT_EQ(globals().CompileProcess, nullptr);
     // DosWindow that isn't a number: one failure report with its step.
     saveSetting(Key::DosWindow, "yes");
@@ -191,7 +194,7 @@ TEST(Compile, OptionsSwitchRefiltersTheDeviceListAndKeepsTheIndex) {
         dlg.cmdOK_Click();
     }
     EXPECT_FALSE(globals().UsePBP);
-    EXPECT_EQ(t.f->m_cSBar->PanelText(3), "PBC");
+    EXPECT_EQ(t.f->statusBar()->PanelText(3), "PBC");
     // PicBasic's list holds only the lines with PBC; the index stays.
     EXPECT_EQ(combo.ListCount(), 2);
     EXPECT_EQ(combo.List(1), "PIC12F675");

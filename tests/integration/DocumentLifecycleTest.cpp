@@ -2,9 +2,9 @@
 #include "document/Document.h"
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
-#include "shell/Globals.h"
+#include "core/Globals.h"
 #include "shell/MDIMain.h"
-#include "shell/Settings.h"
+#include "core/Settings.h"
 #include "support/Doubles.h"
 
 #include <QFile>
@@ -13,10 +13,10 @@
 #include <gtest/gtest.h>
 
 namespace {
-struct Frame {
+struct RunningFrame {
     TestWorld w;
     std::unique_ptr<MDIMain> f;
-    explicit Frame(const QString& name = "doc.pbp") {
+    explicit RunningFrame(const QString& name = "doc.pbp") {
         w.writeDeviceCatalogue();
         f = std::make_unique<MDIMain>(w.appDir() + "/" + name);
         f->show();
@@ -30,7 +30,7 @@ struct Frame {
 }  // namespace
 
 TEST(SaveModified, YesAlwaysAsksForTheNameAndSavesThere) {
-    Frame t;
+    RunningFrame t;
     t.doc()->View->insert("HIGH 1");
     const QString other = t.w.appDir() + "/renamed.pbp";
     t.w.prompts.answers = {Answer::Yes};
@@ -40,11 +40,11 @@ TEST(SaveModified, YesAlwaysAsksForTheNameAndSavesThere) {
     EXPECT_EQ(t.read(other), "HIGH 1");
     EXPECT_FALSE(QFile::exists(t.w.appDir() + "/doc.pbp"));
     EXPECT_EQ(setting(Key::LastFile), other);
-    EXPECT_EQ(t.f->miDocCount, 0);
+    EXPECT_EQ(t.f->miDocCount(), 0);
 }
 
 TEST(SaveModified, CancelInTheDialogOrAnEmptyNameRefusesTheClose) {
-    Frame t;
+    RunningFrame t;
     t.doc()->View->insert("x");
     t.w.prompts.answers = {Answer::Yes};
     t.w.prompts.files = {std::nullopt};
@@ -59,13 +59,13 @@ TEST(SaveModified, CancelInTheDialogOrAnEmptyNameRefusesTheClose) {
     // Cancel at the question: document, count and LastFile as they were.
     t.w.prompts.answers = {Answer::Cancel};
     EXPECT_FALSE(t.doc()->subWindow()->close());
-    EXPECT_EQ(t.f->miDocCount, 1);
+    EXPECT_EQ(t.f->miDocCount(), 1);
     EXPECT_TRUE(t.doc()->View->document().Modified());
     EXPECT_EQ(setting(Key::LastFile), t.w.appDir() + "/Untitled.pbp");
 }
 
 TEST(SaveModified, FailedSaveReportsAndKeepsTheDocument) {
-    Frame t;
+    RunningFrame t;
     t.doc()->View->insert("precious");
     t.w.prompts.answers = {Answer::Yes};
     t.w.prompts.files = {t.w.appDir() + "/no/such/dir/x.pbp"};
@@ -79,20 +79,20 @@ TEST(SaveModified, FailedSaveReportsAndKeepsTheDocument) {
 }
 
 TEST(Documents, AnyNumberAndEachActivates) {
-    Frame t;
-    for (int i = 0; i < 12; ++i, ++t.f->miDocCount)
+    RunningFrame t;
+    for (int i = 0; i < 12; ++i, t.f->setMiDocCount(t.f->miDocCount() + 1))
         t.f->createDocument(t.w.appDir() + QString("/n%1.pbp").arg(i));
     EXPECT_EQ(globals().loadedWindows.size(), 14u);
     EXPECT_EQ(t.f->activeDocument()->Caption(), t.w.appDir() + "/n11.pbp");
     EXPECT_TRUE(t.f->close());
-    EXPECT_EQ(t.f->miDocCount, 0);
+    EXPECT_EQ(t.f->miDocCount(), 0);
 }
 
 TEST(Documents, AFileThatCannotBeOpenedIsReportedNotLost) {
-    Frame t;
+    RunningFrame t;
     const QString bin = t.w.write("image.pbp", QByteArray("AB\0CD", 5));
     EXPECT_THROW(t.f->createDocument(bin), Failure);
-    EXPECT_EQ(t.f->miDocCount, 1);
+    EXPECT_EQ(t.f->miDocCount(), 1);
     EXPECT_EQ(globals().loadedWindows.size(), 2u);
     EXPECT_EQ(t.read(bin), QByteArray("AB\0CD", 5));
 }

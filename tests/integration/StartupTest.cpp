@@ -3,9 +3,9 @@
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
 #include "platform/Twips.h"
-#include "shell/Globals.h"
+#include "core/Globals.h"
 #include "shell/MDIMain.h"
-#include "shell/Settings.h"
+#include "core/Settings.h"
 #include "statusbar/StatusPicture.h"
 #include "statusbar/cNoStatusBar.h"
 #include "support/Doubles.h"
@@ -50,14 +50,14 @@ TEST(Startup, FirstStartWithEmptySettings) {
     EXPECT_EQ(f->frameGeometry().width(), twipsToPixelsX(9000));
     EXPECT_EQ(f->frameGeometry().height(), twipsToPixelsY(6000));
     EXPECT_TRUE(globals().UsePBP);
-    ASSERT_TRUE(f->m_cSBar);
-    EXPECT_EQ(f->m_cSBar->PanelCount(), 3);
-    EXPECT_EQ(f->m_cSBar->PanelText(1), "Line: 1 Col: 1");
-    EXPECT_EQ(f->m_cSBar->PanelText(3), "PBP");
-    EXPECT_TRUE(f->m_cSBar->SizeGrip());
-    EXPECT_EQ(f->m_cSBar->PanelSpring(2), true);
-    EXPECT_EQ(f->picStatus->height(), twipsToPixelsY(f->m_cSBar->Height()));
-    EXPECT_EQ(f->miDocCount, 1);
+    ASSERT_TRUE(f->statusBar());
+    EXPECT_EQ(f->statusBar()->PanelCount(), 3);
+    EXPECT_EQ(f->statusBar()->PanelText(1), "Line: 1 Col: 1");
+    EXPECT_EQ(f->statusBar()->PanelText(3), "PBP");
+    EXPECT_TRUE(f->statusBar()->SizeGrip());
+    EXPECT_EQ(f->statusBar()->PanelSpring(2), true);
+    EXPECT_EQ(f->statusPicture()->height(), twipsToPixelsY(f->statusBar()->Height()));
+    EXPECT_EQ(f->miDocCount(), 1);
     EXPECT_EQ(documentTitles(*f), QStringList{w.appDir() + "/Untitled.pbp"});
     frmEditor* doc = f->activeDocument();
     ASSERT_NE(doc, nullptr);
@@ -80,7 +80,7 @@ TEST(Startup, CloseStoresPlacementAndLastFileWhichTheNextStartOpens) {
     {
         auto f = start(path);
         ASSERT_TRUE(f->close());
-        EXPECT_EQ(f->miDocCount, 0);
+        EXPECT_EQ(f->miDocCount(), 0);
     }
     EXPECT_EQ(stored("Startup", "LastFile"), path);
     EXPECT_EQ(stored("Startup", "Height"), "6000");
@@ -121,13 +121,13 @@ TEST(Startup, RefusedCloseStopsShutdownAndSavesNothing) {
     auto f = start(w.appDir() + "/one.pbp");
     type(f->activeDocument(), "first");
     frmEditor* second = f->createDocument(w.appDir() + "/two.pbp");
-    ++f->miDocCount;
+    f->setMiDocCount(f->miDocCount() + 1);
     type(second, "second");
     // First document: No (dropped); second: Cancel.
     w.prompts.answers = {Answer::No, Answer::Cancel};
     EXPECT_FALSE(f->close());
     EXPECT_TRUE(f->isVisible());
-    EXPECT_EQ(f->miDocCount, 1);
+    EXPECT_EQ(f->miDocCount(), 1);
     EXPECT_EQ(documentTitles(*f), QStringList{w.appDir() + "/two.pbp"});
     ASSERT_EQ(w.prompts.boxes.size(), 2u);
     EXPECT_EQ(w.prompts.boxes[0].text, "Save Changes to " + w.appDir() + "/one.pbp");
@@ -147,7 +147,7 @@ TEST(Startup, ClosingWithNoDocumentKeepsLastFile) {
     f->activeDocument()->View->insert("scratch");
     w.prompts.answers = {Answer::No};
     ASSERT_TRUE(f->activeDocument()->subWindow()->close());
-    EXPECT_EQ(f->miDocCount, 0);
+    EXPECT_EQ(f->miDocCount(), 0);
     EXPECT_EQ(f->activeDocument(), nullptr);
     EXPECT_FALSE(QFile::exists(w.appDir() + "/a.pbp"));
     EXPECT_EQ(globals().loadedWindows.size(), 1u);
@@ -166,7 +166,7 @@ TEST(Startup, GarbageInEveryNumericSettingLeavesStartupRunning) {
                   Key::ViewSelBackColor, Key::ViewSelForeColor, Key::AutoCloseCWTime, Key::DosWindow})
         saveSetting(k, "\x01garbage,\"9e999");
     auto f = start();
-    EXPECT_EQ(f->miDocCount, 1);
+    EXPECT_EQ(f->miDocCount(), 1);
     EXPECT_EQ(documentTitles(*f).size(), 1);
     EXPECT_TRUE(globals().UsePBP);
     EXPECT_GT(f->width(), 100);
@@ -199,5 +199,5 @@ TEST(Startup, PicBasicKindFromSettings) {
     saveSetting(Key::CompilerType, "1");
     auto f = start();
     EXPECT_FALSE(globals().UsePBP);
-    EXPECT_EQ(f->m_cSBar->PanelText(3), "PBC");
+    EXPECT_EQ(f->statusBar()->PanelText(3), "PBC");
 }

@@ -1,5 +1,5 @@
 #include "platform/Failure.h"
-#include "shell/Convert.h"
+#include "core/Convert.h"
 #include "shell/Placement.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "shell/RecentFiles.h"
-#include "shell/Settings.h"
+#include "core/Settings.h"
 #include "shell/ToolModel.h"
 #include "support/Doubles.h"
 

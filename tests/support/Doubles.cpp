@@ -1,7 +1,7 @@
 #include "support/Doubles.h"
 
 #include "platform/Failure.h"
-#include "shell/Globals.h"
+#include "core/Globals.h"
 
 #include <QDir>
 #include <QFile>

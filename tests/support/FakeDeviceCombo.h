@@ -1,7 +1,7 @@
 #pragma once
 // A device list without a window, behaving as the combo of ID_Device does.
 
-#include "devices/DeviceCombo.h"
+#include "core/DeviceCombo.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
-#include "shell/Settings.h"
+#include "core/Settings.h"
 
 #include "platform/Paths.h"
-#include "shell/Globals.h"
+#include "core/Globals.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

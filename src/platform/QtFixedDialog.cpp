@@ -1,4 +1,4 @@
-#include "platform/FixedDialog.h"
+#include "platform/QtFixedDialog.h"
 
 #include "platform/Twips.h"
 

@@ -1,4 +1,4 @@
-#include "shell/Convert.h"
+#include "core/Convert.h"
 
 #include "platform/Failure.h"
 
@@ -9,7 +9,7 @@ double numberOf(const QString& text) {
     bool ok = false;
     const double v = text.trimmed().toDouble(&ok);
     if (!ok || !std::isfinite(v))
-        throw Failure(kTypeMismatch, QStringLiteral("Type mismatch"));
+        throw typeMismatch();
     return v;
 }
 
@@ -17,7 +17,7 @@ template <class T>
 static T wholeOf(const QString& text) {
     const double r = std::nearbyint(numberOf(text));
     if (r < double(std::numeric_limits<T>::min()) || r > double(std::numeric_limits<T>::max()))
-        throw Failure(kOverflow, QStringLiteral("Overflow"));
+        throw overflow();
     return T(r);
 }
 
@@ -27,6 +27,6 @@ qint32 int32Of(const QString& text) { return wholeOf<qint32>(text); }
 float singleOf(const QString& text) {
     const double v = numberOf(text);
     if (std::fabs(v) > double(std::numeric_limits<float>::max()))
-        throw Failure(kOverflow, QStringLiteral("Overflow"));
+        throw overflow();
     return float(v);
 }

@@ -4,8 +4,6 @@
 #include <QString>
 #include <QtGlobal>
 
-inline constexpr long kTypeMismatch = 13;
-inline constexpr long kOverflow = 6;
 
 // Blanks around the number are allowed; anything else that isn't a decimal number throws Failure 13.
 double numberOf(const QString& text);

@@ -1,0 +1,54 @@
+#pragma once
+// The frame as the documents and dialogs know it: the state and operations that every part may use.
+// MDIMain implements it; window tests can give a fake one.
+
+#include <QString>
+#include <QtGlobal>
+
+class DeviceCombo;
+class OpenSave;
+class QDialog;
+class QWidget;
+struct Failure;
+
+class Frame {
+public:
+    virtual ~Frame() = default;
+
+    // Reports a caught failure: "Error( n): text", titled "File Error".
+    virtual void ShowError(const Failure& f) = 0;
+    // The tools that follow the existence of a document.
+    virtual void EnableTools(bool enabled) = 0;
+    virtual void setToolEnabled(const QString& id, bool enabled) = 0;
+    // Enables the paste tool when the clipboard holds text.
+    virtual void refreshPasteTool() = 0;
+    // Text of a status bar panel, 1 to 3.
+    virtual void setPanelText(int panel, const QString& text) = 0;
+
+    // Number of open documents.
+    virtual qint16 miDocCount() const = 0;
+    virtual void setMiDocCount(qint16 count) = 0;
+
+    // The device list of the tool ID_Device.
+    virtual DeviceCombo& deviceCombo() = 0;
+    virtual int deviceListIndex() = 0;
+    // Throws Failure 380 for an index that isn't in the list.
+    virtual void setDeviceListIndex(int index) = 0;
+    virtual void GetDevices() = 0;
+    // Reads the ports of the selected device; with reloadWords the active document reloads its words.
+    virtual void GetDeviceData(bool reloadWords) = 0;
+
+    // The one file and colour dialog.
+    virtual OpenSave& openSave() = 0;
+    // The Window menu's entries and the open documents label.
+    virtual void removeWindowEntry(const QString& id) = 0;
+    virtual void setOpenDocsCaption(const QString& caption) = 0;
+
+    // The compiler's banner for the about box's PBPVersion label, set whether or not the box is open.
+    virtual void setPBPVersion(const QString& text) = 0;
+
+    // Shows a dialog modally; tests put a hook behind it so that nothing blocks.
+    virtual int runModal(QDialog& dlg) = 0;
+    // The frame's own window, the owner of the system's top-level windows.
+    virtual QWidget* frameWindow() = 0;
+};
