@@ -5,6 +5,7 @@
 #include "compile/CompilerScreen.h"
 #include "compile/frmCompile.h"
 #include "core/Convert.h"
+#include "core/DosPath.h"
 #include "core/Frame.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
@@ -57,15 +58,6 @@ CompileRun::CompileRun(frmEditor& doc) : QObject(&doc), doc_(doc) {
 }
 
 void GoCompile(frmEditor& doc) { CompileRun::of(doc).GoCompile(); }
-
-QString CompileRun::GetDosPath(const QString& path) {
-    const QString s = globals().paths ? globals().paths->shortPath(path) : QString();
-    if (s.isEmpty())
-        globals().prompts->message(QStringLiteral("Error! Invalid Path or File Name: ") + path +
-                                       QStringLiteral("\rIf problem persists contact Velnor Systems at 555-201-0142"),
-                                   QString(), Icon::Critical, Buttons::Ok);
-    return s;
-}
 
 void CompileRun::DeleteFileQuietly(const QString& path) {
     QFile f(path);

@@ -27,8 +27,6 @@ public:
     // One tick of CheckFile.
     void CheckFile_Timer();
 
-    // The form of a path the compile script can use, or empty after its own message.
-    static QString GetDosPath(const QString& path);
     // Deletes a file; one that isn't there is no failure, any other failure is shown and passed over.
     static void DeleteFileQuietly(const QString& path);
 

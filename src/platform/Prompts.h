@@ -22,5 +22,12 @@ public:
     virtual std::optional<qint32> chooseColor(qint32 initial) = 0;
 };
 
+// A message's text as a box shows it: a carriage return, alone or before a line feed, breaks the line.
+inline QString displayedMessageText(QString text) {
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    return text;
+}
+
 // The title every box without one of its own carries.
 inline QString applicationTitle() { return QStringLiteral("Quillbay Lite"); }

@@ -27,7 +27,9 @@ QStringList qtNameFilters(const QString& filter) {
 Answer QtPrompts::message(const QString& text, const QString& title, Icon icon, Buttons buttons) {
     QMessageBox box(parent_);
     box.setWindowTitle(title.isEmpty() ? applicationTitle() : title);
-    box.setText(text);
+    // Plain text: a path with "<" or "&" in it is shown as it is.
+    box.setTextFormat(Qt::PlainText);
+    box.setText(displayedMessageText(text));
     switch (icon) {
     case Icon::None: box.setIcon(QMessageBox::NoIcon); break;
     case Icon::Critical: box.setIcon(QMessageBox::Critical); break;

@@ -57,3 +57,10 @@ TEST(QtPrompts, FiltersBecomeQtNameFilters) {
                            "All Files (*.*)"}));
     EXPECT_TRUE(qtNameFilters("").isEmpty());
 }
+
+TEST(Prompts, ACarriageReturnShowsAsALineBreakAndTheTextIsKept) {
+    EXPECT_EQ(displayedMessageText("Error! Invalid Path or File Name: /a b\rIf problem persists"),
+              "Error! Invalid Path or File Name: /a b\nIf problem persists");
+    EXPECT_EQ(displayedMessageText("a\r\nb\n\rc\r"), "a\nb\n\nc\n");
+    EXPECT_EQ(displayedMessageText("<b>&amp;</b>"), "<b>&amp;</b>");
+}
