@@ -3,6 +3,7 @@
 #include "document/Language.h"
 #include "document/Positions.h"
 #include "document/SourceView.h"
+#include "document/SourceViewEditor.h"
 #include "document/TextFormat.h"
 #include "platform/Failure.h"
 
@@ -24,7 +25,8 @@ struct Document::FileFormat {
 
 namespace {
 
-// errno right after a failed file call, or the given number when the library left none.
+// errno right after a failed file call, or the given number when the library left none. The fallback
+// must be a plain value: working it out might make file calls of its own that change errno.
 int lastError(int fallback) { return errno != 0 ? errno : fallback; }
 
 bool samePath(const QString& a, const QString& b) {
@@ -53,20 +55,22 @@ Document::~Document() = default;
 
 Language& Document::language() { return *language_; }
 
-bool Document::Modified() const { return view_.SendScintilla(Sci::SCI_GETMODIFY) != 0; }
+SourceViewEditor& Document::sci() const { return SourceViewEditor::of(view_); }
+
+bool Document::Modified() const { return sci().SendScintilla(Sci::SCI_GETMODIFY) != 0; }
 
 void Document::setAllText(const QByteArray& utf8) {
     endRun();
-    const bool readOnly = view_.isReadOnly();
-    view_.setReadOnly(false);
+    const bool readOnly = sci().isReadOnly();
+    sci().setReadOnly(false);
     // The loaded text is no step to undo, and recording it would hold a second copy of a large file.
-    view_.SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 0L);
-    view_.SendScintilla(Sci::SCI_SETTEXT, uintptr_t(0), utf8.constData());
-    view_.SendScintilla(Sci::SCI_EMPTYUNDOBUFFER);
-    view_.SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 1L);
-    view_.SendScintilla(Sci::SCI_SETSAVEPOINT);
-    view_.SendScintilla(Sci::SCI_GOTOPOS, 0L);
-    view_.setReadOnly(readOnly);
+    sci().SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 0L);
+    sci().SendScintilla(Sci::SCI_SETTEXT, uintptr_t(0), utf8.constData());
+    sci().SendScintilla(Sci::SCI_EMPTYUNDOBUFFER);
+    sci().SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 1L);
+    sci().SendScintilla(Sci::SCI_SETSAVEPOINT);
+    sci().SendScintilla(Sci::SCI_GOTOPOS, 0L);
+    sci().setReadOnly(readOnly);
     view_.checkCaretMoved();
 }
 
@@ -118,7 +122,7 @@ void Document::LoadFile(const QString& path) {
     bytes.clear();
     setAllText(utf8);
     format_->text = format;
-    view_.setEolMode(eolMode(format.lineEnding));
+    sci().setEolMode(eolMode(format.lineEnding));
 }
 
 void Document::SaveFile(const QString& path) {
@@ -127,8 +131,8 @@ void Document::SaveFile(const QString& path) {
         throw Failure(EPERM, QStringLiteral("%1 was not opened, as %2, so this document is not saved over it: "
                                             "that would destroy the file. Save under another name.")
                                  .arg(path, format_->refusedReason));
-    const auto* chars = reinterpret_cast<const char*>(view_.SendScintilla(Sci::SCI_GETCHARACTERPOINTER));
-    const QByteArrayView utf8(chars, view_.SendScintilla(Sci::SCI_GETLENGTH));
+    const auto* chars = reinterpret_cast<const char*>(sci().SendScintilla(Sci::SCI_GETCHARACTERPOINTER));
+    const QByteArrayView utf8(chars, sci().SendScintilla(Sci::SCI_GETLENGTH));
     TextEncoding encoding = format_->text.encoding;
     std::optional<QByteArray> bytes = fromUtf8Text(utf8, encoding);
     if (!bytes) {
@@ -139,10 +143,15 @@ void Document::SaveFile(const QString& path) {
     }
 
     // Unbuffered: a buffered QSaveFile whose last write fails on a full disk still commits the cut file.
+    // Where the folder takes no new file (a shared folder, a project of another account) but the file
+    // itself may be written, it is written in place: not atomic, but saved, as any other editor would.
     QSaveFile file(path);
+    file.setDirectWriteFallback(true);
     errno = 0;
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        throw osFailure(lastError(QFileInfo(path).isDir() ? EISDIR : EACCES), path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        const int err = errno;  // taken at once: any file call after it (a stat) overwrites it
+        throw osFailure(err != 0 ? err : QFileInfo(path).isDir() ? EISDIR : EACCES, path);
+    }
     errno = 0;
     if (file.write(*bytes) != bytes->size()) {
         const int err = lastError(ENOSPC);
@@ -153,28 +162,28 @@ void Document::SaveFile(const QString& path) {
     if (!file.commit())
         throw osFailure(lastError(EIO), path);
     format_->text.encoding = encoding;
-    view_.SendScintilla(Sci::SCI_SETSAVEPOINT);
+    sci().SendScintilla(Sci::SCI_SETSAVEPOINT);
 }
 
-int Document::NumLines() const { return int(view_.SendScintilla(Sci::SCI_GETLINECOUNT)); }
+int Document::NumLines() const { return int(sci().SendScintilla(Sci::SCI_GETLINECOUNT)); }
 
-QString Document::GetLine(int line) const { return lineText(view_, line); }
+QString Document::GetLine(int line) const { return lineText(sci(), line); }
 
-int Document::GetLineLength(int line) const { return lineLength(view_, line); }
+int Document::GetLineLength(int line) const { return lineLength(sci(), line); }
 
-bool Document::CanUndo() const { return view_.SendScintilla(Sci::SCI_CANUNDO) != 0; }
+bool Document::CanUndo() const { return sci().SendScintilla(Sci::SCI_CANUNDO) != 0; }
 
-bool Document::CanRedo() const { return view_.SendScintilla(Sci::SCI_CANREDO) != 0; }
+bool Document::CanRedo() const { return sci().SendScintilla(Sci::SCI_CANREDO) != 0; }
 
 void Document::Undo() {
     endRun();
-    view_.undo();
+    sci().undo();
     view_.checkCaretMoved();
 }
 
 void Document::Redo() {
     endRun();
-    view_.redo();
+    sci().redo();
     view_.checkCaretMoved();
 }
 
@@ -185,7 +194,7 @@ void Document::beginRun() {
     if (runOpen_)
         return;
     runOpen_ = true;
-    view_.beginUndoAction();
+    sci().beginUndoAction();
     QTimer::singleShot(0, &view_, [this] { endRun(); });
 }
 
@@ -193,27 +202,27 @@ void Document::endRun() {
     if (!runOpen_)
         return;
     runOpen_ = false;
-    view_.endUndoAction();
+    sci().endUndoAction();
 }
 
 // The flag and the end position the original gave back are not used by the system.
 void Document::InsertImpl(int col, int line, const QString& text, bool) {
     beginRun();
-    view_.SendScintilla(Sci::SCI_INSERTTEXT, uintptr_t(positionAt(view_, col, line)), text.toUtf8().constData());
+    sci().SendScintilla(Sci::SCI_INSERTTEXT, uintptr_t(positionAt(sci(), col, line)), text.toUtf8().constData());
     view_.checkCaretMoved();
 }
 
 void Document::DeleteImpl(int startCol, int startLine, int endCol, int endLine) {
-    const long a = positionAt(view_, startCol, startLine), b = positionAt(view_, endCol, endLine);
+    const long a = positionAt(sci(), startCol, startLine), b = positionAt(sci(), endCol, endLine);
     if (a == b)
         return;
     beginRun();
-    view_.SendScintilla(Sci::SCI_DELETERANGE, std::min(a, b), std::abs(b - a));
+    sci().SendScintilla(Sci::SCI_DELETERANGE, std::min(a, b), std::abs(b - a));
     view_.checkCaretMoved();
 }
 
 // Scintilla repaints changed lines by itself; what is left is to close the run as one undo step.
 void Document::UpdateViews(int, int, int, int, int) {
     endRun();
-    view_.viewport()->update();
+    sci().viewport()->update();
 }

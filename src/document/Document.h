@@ -5,6 +5,7 @@
 #include <memory>
 
 class SourceView;
+class SourceViewEditor;
 class Language;
 
 class Document {
@@ -18,7 +19,8 @@ public:
     // Replaces the text by the file's and clears Modified. A path that doesn't exist leaves the document
     // empty and throws Failure (errno ENOENT). The file's line ending and encoding are kept for SaveFile.
     void LoadFile(const QString& path);
-    // Writes atomically and clears Modified; a failure leaves the old file whole and throws Failure.
+    // Writes atomically and clears Modified; a failure leaves the old file whole and throws Failure with
+    // the system's errno and text. In a folder where no new file may be made, the file is written in place.
     void SaveFile(const QString& path);
 
     // Kept for the system to set; this control has one tokeniser and no modes, so it changes nothing.
@@ -42,6 +44,7 @@ public:
 
 private:
     struct FileFormat;
+    SourceViewEditor& sci() const;
     void setAllText(const QByteArray& utf8);
     // InsertImpl and DeleteImpl calls up to the next UpdateViews make one undo step.
     void beginRun();

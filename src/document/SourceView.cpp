@@ -9,6 +9,7 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QTimer>
+#include <QVBoxLayout>
 
 using Sci = QsciScintillaBase;
 
@@ -26,15 +27,15 @@ QString fixedPitchFamily(const QString& name) {
 
 }  // namespace
 
-SourceView::Impl::Impl(SourceView& view, bool plainText)
-    : q(view), plain(plainText), document(std::make_unique<Document>(view)) {
+SourceView::Impl::Impl(SourceView& view, SourceViewEditor& editor, bool plainText)
+    : q(view), e(editor), plain(plainText), document(std::make_unique<Document>(view)) {
     if (!plain)
         lexer = std::make_unique<SourceLexer>(document->language());
     fore = systemColor(kColorWindowText);
     back = textBack = systemColor(kColorWindow);
     selFore = systemColor(kColorHighlightText);
     selBack = systemColor(kColorHighlight);
-    marginStyle = plain ? 0 : 1;
+    marginStyle = plain ? MarginStyle::None : MarginStyle::Fixed;
     family = fixedPitchFamily(fontName);
 }
 
@@ -73,10 +74,10 @@ void SourceView::Impl::applyLook() {
     } else {
         const PlainSent now{baseFont(), toQColor(fore), toQColor(textBack)};
         if (!plainSent || !(*plainSent == now)) {
-            q.setFont(now.font);
-            q.setColor(now.color);
-            q.setPaper(now.paper);
-            q.SendScintilla(Sci::SCI_STYLECLEARALL);
+            e.setFont(now.font);
+            e.setColor(now.color);
+            e.setPaper(now.paper);
+            e.SendScintilla(Sci::SCI_STYLECLEARALL);
             plainSent = now;
             sent.reset();  // the paper went to the default style too
         }
@@ -86,10 +87,10 @@ void SourceView::Impl::applyLook() {
     const Sent now{toQColor(back).rgb(), toQColor(selFore).rgb(), toQColor(selBack).rgb(), toQColor(fore).rgb()};
     if (sent && *sent == now)
         return;
-    q.SendScintilla(Sci::SCI_STYLESETBACK, Sci::STYLE_DEFAULT, toQColor(back));
-    q.setSelectionForegroundColor(toQColor(selFore));
-    q.setSelectionBackgroundColor(toQColor(selBack));
-    q.setCaretForegroundColor(toQColor(fore));
+    e.SendScintilla(Sci::SCI_STYLESETBACK, Sci::STYLE_DEFAULT, toQColor(back));
+    e.setSelectionForegroundColor(toQColor(selFore));
+    e.setSelectionBackgroundColor(toQColor(selBack));
+    e.setCaretForegroundColor(toQColor(fore));
     sent = now;
 }
 
@@ -105,41 +106,47 @@ void SourceView::Impl::applyPrintLook() {
     }
 }
 
-// Margin styles. QScintilla's margins never scroll sideways with the text, so the two differ in what they
-// show: 1 (fixed) is a plain 20-pixel strip where a click selects the line, the width the document
-// window's own margin test uses; 2 (scrolling) adds line numbers, which scroll up and down with the text,
+// QScintilla's margins never scroll sideways with the text, so the two margin styles differ in what
+// they show: Fixed is a plain 20-pixel strip where a click selects the line, the width the document
+// window's own margin test uses; Scrolling adds line numbers, which scroll up and down with the text,
 // in front of that strip.
 void SourceView::Impl::applyMargins() {
     for (int m = 0; m < 3; ++m)
-        q.setMarginWidth(m, 0);
-    q.setMarginLineNumbers(0, marginStyle == 2);
-    if (marginStyle == 2) {
-        q.setMarginType(0, QsciScintilla::NumberMargin);
-        q.setMarginWidth(0, QStringLiteral("000000"));
+        e.setMarginWidth(m, 0);
+    const bool numbers = marginStyle == MarginStyle::Scrolling;
+    e.setMarginLineNumbers(0, numbers);
+    if (numbers) {
+        e.setMarginType(0, QsciScintilla::NumberMargin);
+        e.setMarginWidth(0, QStringLiteral("000000"));
     }
-    if (marginStyle == 1 || marginStyle == 2) {
-        q.setMarginType(1, QsciScintilla::SymbolMargin);
-        q.setMarginSensitivity(1, false);  // Scintilla then selects the line on a click
-        q.setMarginWidth(1, 20);
+    if (marginStyle != MarginStyle::None) {
+        e.setMarginType(1, QsciScintilla::SymbolMargin);
+        e.setMarginSensitivity(1, false);  // Scintilla then selects the line on a click
+        e.setMarginWidth(1, 20);
     }
 }
 
 SourceView::SourceView(QWidget* parent, bool plainText)
-    : QsciScintilla(parent), d(std::make_unique<Impl>(*this, plainText)) {
-    setUtf8(true);
-    setEolMode(EolUnix);
+    : QWidget(parent), editor_(new SourceViewEditor(*this)), d(std::make_unique<Impl>(*this, *editor_, plainText)) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(editor_);
+    setFocusProxy(editor_);
+    SourceViewEditor& e = *editor_;
+    e.setUtf8(true);
+    e.setEolMode(QsciScintilla::EolUnix);
     // Outdent takes a tab or up to four blanks as one step, so a tab is four columns wide.
-    setTabWidth(4);
-    setIndentationsUseTabs(true);
-    setIndentationWidth(0);
-    setWrapMode(WrapNone);
+    e.setTabWidth(4);
+    e.setIndentationsUseTabs(true);
+    e.setIndentationWidth(0);
+    e.setWrapMode(QsciScintilla::WrapNone);
     // The right button opens the document window's menu, not Scintilla's.
-    SendScintilla(SCI_USEPOPUP, 0L);
-    SendScintilla(SCI_SETSCROLLWIDTH, 1L);
-    SendScintilla(SCI_SETSCROLLWIDTHTRACKING, 1L);
-    viewport()->setMouseTracking(true);
+    e.SendScintilla(Sci::SCI_USEPOPUP, 0L);
+    e.SendScintilla(Sci::SCI_SETSCROLLWIDTH, 1L);
+    e.SendScintilla(Sci::SCI_SETSCROLLWIDTHTRACKING, 1L);
+    e.viewport()->setMouseTracking(true);
     if (d->lexer)
-        setLexer(d->lexer.get());
+        e.setLexer(d->lexer.get());
     d->applyMargins();
     d->screen.changed = [this] { d->applyLook(); };
     d->applyLook();
@@ -148,20 +155,24 @@ SourceView::SourceView(QWidget* parent, bool plainText)
     // from the start of the text, for accessibility, which makes each keystroke at the end of a large
     // file cost tens of milliseconds. Accessibility is served by SourceViewAccessible instead.
     SourceViewAccessible::install();
-    SendScintilla(SCI_SETMODEVENTMASK, long(SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE));
-    d->connections[0] = connect(this, &QsciScintillaBase::SCN_MODIFIED, this,
+    e.SendScintilla(Sci::SCI_SETMODEVENTMASK, long(Sci::SC_MOD_BEFOREINSERT | Sci::SC_MOD_BEFOREDELETE));
+    d->connections[0] = connect(&e, &QsciScintillaBase::SCN_MODIFIED, this,
                                 [this](int pos, int type, const char* text, int length) {
                                     d->textAboutToChange(pos, type, text, length);
                                 });
     // Scintilla tells of caret moves when it repaints; the input handlers tell sooner.
-    d->connections[1] = connect(this, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int) { checkCaretMoved(); });
+    d->connections[1] = connect(&e, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int) { checkCaretMoved(); });
 }
 
 SourceView::~SourceView() {
-    // QScintilla may still signal while it is torn down, after the parts are gone.
+    // QScintilla may still signal while it is torn down; the editor goes first, while the lexer it
+    // holds and the parts it calls are still there.
     for (const auto& c : d->connections)
         disconnect(c);
+    delete editor_;
 }
+
+QWidget* SourceView::editorWidget() const { return editor_; }
 
 Document& SourceView::document() { return *d->document; }
 TokenInfo& SourceView::tokenInfo() { return d->screen; }
@@ -213,24 +224,28 @@ void SourceView::setSelBackColor(qint32 c) {
     d->applyLook();
 }
 
-int SourceView::CaretY() const { return int(SendScintilla(SCI_LINEFROMPOSITION, SendScintilla(SCI_GETCURRENTPOS))); }
+int SourceView::CaretY() const {
+    return int(editor_->SendScintilla(Sci::SCI_LINEFROMPOSITION, editor_->SendScintilla(Sci::SCI_GETCURRENTPOS)));
+}
 
-bool SourceView::TextSelected() const { return SendScintilla(SCI_GETSELECTIONEMPTY) == 0; }
+bool SourceView::TextSelected() const { return editor_->SendScintilla(Sci::SCI_GETSELECTIONEMPTY) == 0; }
 
-int SourceView::MarginStyle() const { return d->marginStyle; }
+QString SourceView::selectedText() const { return editor_->selectedText(); }
 
-void SourceView::setMarginStyle(int style) {
+MarginStyle SourceView::marginStyle() const { return d->marginStyle; }
+
+void SourceView::setMarginStyle(MarginStyle style) {
     d->marginStyle = style;
     d->applyMargins();
 }
 
-QString SourceView::Text() const { return text(); }
+QString SourceView::Text() const { return editor_->text(); }
 
 void SourceView::SetText(const QString& t) {
-    const bool ro = isReadOnly();
-    setReadOnly(false);
-    setText(t);
-    setReadOnly(ro);
+    const bool ro = editor_->isReadOnly();
+    editor_->setReadOnly(false);
+    editor_->setText(t);
+    editor_->setReadOnly(ro);
     checkCaretMoved();
 }
 
@@ -241,7 +256,7 @@ void SourceView::Refresh() {
     d->applyLook();
     if (d->lexer)
         d->lexer->restyleVisible();
-    viewport()->update();
+    editor_->viewport()->update();
 }
 
 void SourceView::SetupView(int, int) {
@@ -249,24 +264,24 @@ void SourceView::SetupView(int, int) {
 }
 
 void SourceView::Impl::textAboutToChange(long pos, int type, const char* text, int length) {
-    if (!(type & (SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE)))
+    if (!(type & (Sci::SC_MOD_BEFOREINSERT | Sci::SC_MOD_BEFOREDELETE)))
         return;
-    const int line = int(q.SendScintilla(SCI_LINEFROMPOSITION, pos));
+    const int line = int(e.SendScintilla(Sci::SCI_LINEFROMPOSITION, pos));
     if (!pendingLines) {
-        pendingLines = PendingLines{line, int(q.SendScintilla(SCI_GETLINECOUNT))};
+        pendingLines = PendingLines{line, int(e.SendScintilla(Sci::SCI_GETLINECOUNT))};
         // Operations deliver at their end; this covers text changed any other way.
         QTimer::singleShot(0, &q, [this] { deliverLinesChanged(); });
     } else {
         pendingLines->first = std::min(pendingLines->first, line);
     }
     if (QAccessible::isActive()) {
-        const int offset = SourceViewAccessible::offsetAt(q, pos);
-        if (type & SC_MOD_BEFOREINSERT) {
-            QAccessibleTextInsertEvent ev(&q, offset, QString::fromUtf8(text, length));
+        const int offset = SourceViewAccessible::offsetAt(e, pos);
+        if (type & Sci::SC_MOD_BEFOREINSERT) {
+            QAccessibleTextInsertEvent ev(&e, offset, QString::fromUtf8(text, length));
             QAccessible::updateAccessibility(&ev);
         } else {
-            const auto* gone = reinterpret_cast<const char*>(q.SendScintilla(SCI_GETRANGEPOINTER, pos, long(length)));
-            QAccessibleTextRemoveEvent ev(&q, offset, QString::fromUtf8(gone, length));
+            const auto* gone = reinterpret_cast<const char*>(e.SendScintilla(Sci::SCI_GETRANGEPOINTER, pos, long(length)));
+            QAccessibleTextRemoveEvent ev(&e, offset, QString::fromUtf8(gone, length));
             QAccessible::updateAccessibility(&ev);
         }
     }
@@ -279,28 +294,22 @@ void SourceView::Impl::deliverLinesChanged() {
         return;
     const PendingLines p = *pendingLines;
     pendingLines.reset();
-    const int grown = int(q.SendScintilla(SCI_GETLINECOUNT)) - p.countBefore;
+    const int grown = int(e.SendScintilla(Sci::SCI_GETLINECOUNT)) - p.countBefore;
     emit q.LinesChanged(p.first, p.first + std::max(grown, 0));
 }
 
 void SourceView::checkCaretMoved() {
     d->deliverLinesChanged();
     int col = 0, line = 0;
-    const long pos = SendScintilla(SCI_GETCURRENTPOS);
-    columnAndLine(*this, pos, col, line);
+    const long pos = editor_->SendScintilla(Sci::SCI_GETCURRENTPOS);
+    columnAndLine(*editor_, pos, col, line);
     if (col == d->lastCol && line == d->lastLine)
         return;
     d->lastCol = col;
     d->lastLine = line;
     emit CaretMove(col, line);
     if (QAccessible::isActive()) {
-        QAccessibleTextCursorEvent ev(this, SourceViewAccessible::offsetAt(*this, pos));
+        QAccessibleTextCursorEvent ev(editor_, SourceViewAccessible::offsetAt(*editor_, pos));
         QAccessible::updateAccessibility(&ev);
     }
-}
-
-void SourceView::paintEvent(QPaintEvent* e) {
-    if (d->lexer)
-        d->lexer->restyleVisible();
-    QsciScintilla::paintEvent(e);
 }

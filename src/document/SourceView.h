@@ -1,9 +1,11 @@
 #pragma once
-// The editing control: QScintilla with the operations, properties and events the system names.
-// Positions are column first, then line, both from 0.
+// The editing control: the operations, properties and events the system names, over a QScintilla
+// editor that it keeps to itself, so that none of QScintilla's own methods (text(), cut() ...) can be
+// called by mistake for the control's (Text(), Cut() ...). Positions are column first, then line,
+// both from 0.
 
 #include <QString>
-#include <Qsci/qsciscintilla.h>
+#include <QWidget>
 #include <memory>
 
 class Document;
@@ -11,10 +13,19 @@ class Language;
 class TokenInfo;
 class ViewOptions;
 class SourceLexer;
+class SourceViewEditor;
 class FindDialog;
 class QsciPrinter;
 
-class SourceView : public QsciScintilla {
+// 0 no margin, 1 a fixed strip, 2 line numbers in front of it.
+enum class MarginStyle { None = 0, Fixed = 1, Scrolling = 2 };
+
+// The command numbers the system sends to ExecuteCommand; any other number is one of the control's own.
+namespace EditCommand {
+inline constexpr int GotoLine = 39, Indent = 43, Outdent = 44;
+}
+
+class SourceView : public QWidget {
     Q_OBJECT
 public:
     explicit SourceView(QWidget* parent = nullptr, bool plainText = false);
@@ -38,8 +49,8 @@ public:
     void setSelBackColor(qint32 c);
     int CaretY() const;
     bool TextSelected() const;
-    int MarginStyle() const;
-    void setMarginStyle(int style);
+    MarginStyle marginStyle() const;
+    void setMarginStyle(MarginStyle style);
     QString Text() const;
     void SetText(const QString& text);
 
@@ -63,19 +74,27 @@ public:
     void SetupView(int a, int b);
 
     // Beyond the system's list: printing without a dialog, the search behind the find dialog, the parts.
+    // The selected text, line endings included.
+    QString selectedText() const;
     // Prints the whole text in the print colours; throws Failure when the printer fails.
     void printTo(QsciPrinter& printer);
+    // What the print dialog starts from: the document's name, and as the PDF file the document's path
+    // with ".pdf" for its extension.
+    void preparePrinter(QsciPrinter& printer) const;
     // Searches from the selection on (or back), wrapping around; selects and shows what it finds.
     // Remembered for FindNext.
     bool findText(const QString& what, bool matchCase, bool wholeWord, bool forward);
     // Replaces the selection when it is the searched text, then finds the next one.
     bool replaceAndFindNext(const QString& what, const QString& replacement, bool matchCase, bool wholeWord);
-    // Replaces every occurrence as one undo step; gives the count.
+    // Replaces every occurrence, from the start, as one undo step; gives the count. A replacement that
+    // holds the searched text is not searched again.
     int replaceAll(const QString& what, const QString& replacement, bool matchCase, bool wholeWord);
     FindDialog* findDialog() const;
     SourceLexer* sourceLexer() const;
     qint32 ForeColor() const;
     qint32 TextBackColor() const;
+    // The widget that takes the keyboard focus and the typing (the focus proxy): where a test sends keys.
+    QWidget* editorWidget() const;
     // Delivers CaretMove when the caret's column or line differs from the last one delivered.
     void checkCaretMoved();
 
@@ -89,16 +108,9 @@ signals:
     void MouseMove(int buttons, int shift, int x, int y);
     void MouseUp(int buttons, int shift, int x, int y);
 
-protected:
-    void keyPressEvent(QKeyEvent* e) override;
-    void keyReleaseEvent(QKeyEvent* e) override;
-    void mouseMoveEvent(QMouseEvent* e) override;
-    void mouseReleaseEvent(QMouseEvent* e) override;
-    void mouseDoubleClickEvent(QMouseEvent* e) override;
-    void mousePressEvent(QMouseEvent* e) override;
-    void paintEvent(QPaintEvent* e) override;
-
 private:
+    friend class SourceViewEditor;
+    SourceViewEditor* editor_;  // a child widget: Qt deletes it
     struct Impl;
     std::unique_ptr<Impl> d;
 };

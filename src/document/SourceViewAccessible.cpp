@@ -1,6 +1,6 @@
 #include "document/SourceViewAccessible.h"
 
-#include "document/SourceView.h"
+#include "document/SourceViewEditor.h"
 
 #include <algorithm>
 
@@ -15,14 +15,14 @@ void ensureIndex(const QsciScintillaBase& sci) {
 
 QAccessibleInterface* factory(const QString& className, QObject* object) {
     // Asked for the most derived class first, so this comes before QScintilla's own.
-    if (className == QLatin1String("SourceView") && object && object->isWidgetType())
-        return new SourceViewAccessible(static_cast<SourceView*>(object));
+    if (className == QLatin1String("SourceViewEditor") && object && object->isWidgetType())
+        return new SourceViewAccessible(static_cast<SourceViewEditor*>(object));
     return nullptr;
 }
 
 }  // namespace
 
-SourceViewAccessible::SourceViewAccessible(SourceView* view) : QAccessibleWidget(view, QAccessible::EditableText) {}
+SourceViewAccessible::SourceViewAccessible(SourceViewEditor* view) : QAccessibleWidget(view, QAccessible::EditableText) {}
 
 void SourceViewAccessible::install() {
     static const bool installed = [] {

@@ -9,12 +9,12 @@
 #include <QAccessibleWidget>
 
 class QsciScintillaBase;
-class SourceView;
+class SourceViewEditor;
 
 class SourceViewAccessible : public QAccessibleWidget, public QAccessibleTextInterface {
 public:
-    explicit SourceViewAccessible(SourceView* view);
-    // Registers the factory that gives each SourceView this accessible; once per process.
+    explicit SourceViewAccessible(SourceViewEditor* view);
+    // Registers the factory that gives the editor of each SourceView this accessible; once per process.
     static void install();
 
     // Character offsets (UTF-16 units from the start of the text) and Scintilla's byte positions.

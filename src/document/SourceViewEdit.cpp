@@ -1,6 +1,7 @@
 // SourceView: selection, positions, tokens, commands and searching.
 #include "document/Language.h"
 #include "document/Positions.h"
+#include "document/SourceViewEditor.h"
 #include "document/SourceViewImpl.h"
 
 #include <QApplication>
@@ -10,35 +11,36 @@
 using Sci = QsciScintillaBase;
 
 void SourceView::SetSel(int startCol, int startLine, int endCol, int endLine) {
-    SendScintilla(SCI_SETSEL, positionAt(*this, startCol, startLine), positionAt(*this, endCol, endLine));
+    editor_->SendScintilla(Sci::SCI_SETSEL, positionAt(*editor_, startCol, startLine), positionAt(*editor_, endCol, endLine));
     checkCaretMoved();
 }
 
 void SourceView::GetSel(int& startCol, int& startLine, int& endCol, int& endLine) const {
-    columnAndLine(*this, SendScintilla(SCI_GETSELECTIONSTART), startCol, startLine);
-    columnAndLine(*this, SendScintilla(SCI_GETSELECTIONEND), endCol, endLine);
+    columnAndLine(*editor_, editor_->SendScintilla(Sci::SCI_GETSELECTIONSTART), startCol, startLine);
+    columnAndLine(*editor_, editor_->SendScintilla(Sci::SCI_GETSELECTIONEND), endCol, endLine);
 }
 
 void SourceView::SelectWord() {
-    const long pos = SendScintilla(SCI_GETCURRENTPOS);
-    SendScintilla(SCI_SETSEL, SendScintilla(SCI_WORDSTARTPOSITION, pos, 1L), SendScintilla(SCI_WORDENDPOSITION, pos, 1L));
+    const long pos = editor_->SendScintilla(Sci::SCI_GETCURRENTPOS);
+    editor_->SendScintilla(Sci::SCI_SETSEL, editor_->SendScintilla(Sci::SCI_WORDSTARTPOSITION, pos, 1L),
+                           editor_->SendScintilla(Sci::SCI_WORDENDPOSITION, pos, 1L));
     checkCaretMoved();
 }
 
 void SourceView::Cut() {
-    cut();
+    editor_->cut();
     checkCaretMoved();
 }
 
-void SourceView::Copy() { copy(); }
+void SourceView::Copy() { editor_->copy(); }
 
 void SourceView::Paste() {
-    paste();
+    editor_->paste();
     checkCaretMoved();
 }
 
-// The control's own commands, for a number that no handler cancelled: 43 and 44 indent and outdent the
-// lines of the selection (or the caret's line) as one undo step; 39, go to line, is the document window's
+// The control's own commands, for a number that no handler cancelled: Indent and Outdent work on the
+// lines of the selection (or the caret's line) as one undo step; GotoLine is the document window's
 // dialog and has nothing of the control's own behind it; any number that is one of Scintilla's keyboard
 // commands (SCI_LINEDOWN, SCI_UNDO ...) runs that command; all others do nothing.
 void SourceView::ExecuteCommand(int command) {
@@ -46,21 +48,22 @@ void SourceView::ExecuteCommand(int command) {
     emit ExecuteCommandEvent(command);
     if (!self || command == 0)
         return;
-    if (command == 43 || command == 44) {
+    SourceViewEditor& e = *editor_;
+    if (command == EditCommand::Indent || command == EditCommand::Outdent) {
         int startCol, first, endCol, last;
         GetSel(startCol, first, endCol, last);
         if (!TextSelected())
             first = last = CaretY();
-        beginUndoAction();
+        e.beginUndoAction();
         for (int line = first; line <= last; ++line)
-            command == 43 ? indent(line) : unindent(line);
-        endUndoAction();
+            command == EditCommand::Indent ? e.indent(line) : e.unindent(line);
+        e.endUndoAction();
         checkCaretMoved();
         return;
     }
-    for (QsciCommand* c : standardCommands()->commands()) {
+    for (QsciCommand* c : e.standardCommands()->commands()) {
         if (int(c->command()) == command) {
-            SendScintilla(unsigned(command));
+            e.SendScintilla(unsigned(command));
             checkCaretMoved();
             return;
         }
@@ -68,20 +71,20 @@ void SourceView::ExecuteCommand(int command) {
 }
 
 void SourceView::ClientToText(int x, int y, int& col, int& line) const {
-    columnAndLine(*this, SendScintilla(SCI_POSITIONFROMPOINT, long(x), long(y)), col, line);
+    columnAndLine(*editor_, editor_->SendScintilla(Sci::SCI_POSITIONFROMPOINT, long(x), long(y)), col, line);
 }
 
 // The line stays; the column becomes the one on screen, with each tab reaching to the next multiple of four.
 void SourceView::TextToDisplay(int col, int line, int& displayCol, int& displayLine) const {
     displayLine = line;
-    displayCol = int(SendScintilla(SCI_GETCOLUMN, positionAt(*this, col, line)));
+    displayCol = int(editor_->SendScintilla(Sci::SCI_GETCOLUMN, positionAt(*editor_, col, line)));
 }
 
 void SourceView::GetTokenAt(int col, int line, int& tokenClass, int& start, int& length) const {
     tokenClass = TokenClass::None;
     start = col;
     length = 0;
-    const QString text = lineText(*this, line);
+    const QString text = lineText(*editor_, line);
     if (col < 0 || col >= text.size())
         return;
     bool found = false;
@@ -100,9 +103,10 @@ bool SourceView::findText(const QString& what, bool matchCase, bool wholeWord, b
     if (what.isEmpty())
         return false;
     // Forward from the end of the selection, back from its start, so a found text isn't found again.
+    SourceViewEditor& e = *editor_;
     int line = 0, index = 0;
-    lineIndexFromPosition(int(SendScintilla(forward ? SCI_GETSELECTIONEND : SCI_GETSELECTIONSTART)), &line, &index);
-    const bool found = findFirst(what, false, matchCase, wholeWord, true, forward, line, index);
+    e.lineIndexFromPosition(int(e.SendScintilla(forward ? Sci::SCI_GETSELECTIONEND : Sci::SCI_GETSELECTIONSTART)), &line, &index);
+    const bool found = e.findFirst(what, false, matchCase, wholeWord, true, forward, line, index);
     checkCaretMoved();
     return found;
 }
@@ -111,25 +115,35 @@ bool SourceView::replaceAndFindNext(const QString& what, const QString& replacem
     if (what.isEmpty())
         return false;
     if (TextSelected() && selectedText().compare(what, matchCase ? Qt::CaseSensitive : Qt::CaseInsensitive) == 0)
-        replaceSelectedText(replacement);
+        editor_->replaceSelectedText(replacement);
     return findText(what, matchCase, wholeWord, true);
 }
 
+// One pass with Scintilla's target: each match is replaced in place and the search goes on behind the
+// replacement, with no selection, scrolling or repaint in between (the per-match selecting and showing of
+// a find loop made a large Replace All take seconds). The selection ends on the last replacement.
 int SourceView::replaceAll(const QString& what, const QString& replacement, bool matchCase, bool wholeWord) {
     d->search = Impl::Search{what, matchCase, wholeWord, true};
     if (what.isEmpty())
         return 0;
+    SourceViewEditor& e = *editor_;
+    const QByteArray find = what.toUtf8(), with = replacement.toUtf8();
+    e.SendScintilla(Sci::SCI_SETSEARCHFLAGS, long((matchCase ? Sci::SCFIND_MATCHCASE : 0) | (wholeWord ? Sci::SCFIND_WHOLEWORD : 0)));
     int count = 0;
-    beginUndoAction();
-    // No wrap, from the start: each search goes on behind the last replacement, so a replacement that
-    // holds the searched text is not replaced again.
-    if (findFirst(what, false, matchCase, wholeWord, false, true, 0, 0, false)) {
-        do {
-            replace(replacement);
-            ++count;
-        } while (findNext());
+    long from = 0, lastStart = -1, lastEnd = -1;
+    e.SendScintilla(Sci::SCI_BEGINUNDOACTION);
+    for (;;) {
+        e.SendScintilla(Sci::SCI_SETTARGETRANGE, from, e.SendScintilla(Sci::SCI_GETLENGTH));
+        if (e.SendScintilla(Sci::SCI_SEARCHINTARGET, uintptr_t(find.size()), find.constData()) < 0)
+            break;
+        lastStart = e.SendScintilla(Sci::SCI_GETTARGETSTART);
+        e.SendScintilla(Sci::SCI_REPLACETARGET, uintptr_t(with.size()), with.constData());
+        lastEnd = from = e.SendScintilla(Sci::SCI_GETTARGETEND);
+        ++count;
     }
-    endUndoAction();
+    e.SendScintilla(Sci::SCI_ENDUNDOACTION);
+    if (count > 0)
+        e.SendScintilla(Sci::SCI_SETSEL, lastStart, lastEnd);
     checkCaretMoved();
     return count;
 }

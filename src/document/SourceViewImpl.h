@@ -5,6 +5,7 @@
 #include "document/FindDialog.h"
 #include "document/SourceLexer.h"
 #include "document/SourceView.h"
+#include "document/SourceViewEditor.h"
 #include "document/TokenInfo.h"
 
 #include <QFont>
@@ -14,9 +15,10 @@
 #include <optional>
 
 struct SourceView::Impl {
-    Impl(SourceView& view, bool plainText);
+    Impl(SourceView& view, SourceViewEditor& editor, bool plainText);
 
     SourceView& q;
+    SourceViewEditor& e;
     const bool plain;  // no language: the compiler's output
     std::unique_ptr<Document> document;  // before the lexer, which reads its Language
     TokenInfo screen;
@@ -28,7 +30,7 @@ struct SourceView::Impl {
     QString fontName = QStringLiteral("Courier New");
     QString family;  // the installed face that stands for fontName
     qint32 fore = 0, back = 0, textBack = 0, selFore = 0, selBack = 0;
-    int marginStyle = 0;
+    MarginStyle marginStyle = MarginStyle::None;
     int lastCol = -1, lastLine = -1;
     std::array<QMetaObject::Connection, 2> connections;
 

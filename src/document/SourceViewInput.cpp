@@ -1,8 +1,11 @@
 // SourceView: keyboard and mouse events, in the numbers the system's handlers read, and printing.
+#include "document/PdfName.h"
+#include "document/SourceViewEditor.h"
 #include "document/SourceViewImpl.h"
 #include "platform/Failure.h"
 #include "platform/KeyCodes.h"
 
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -18,67 +21,87 @@ QPoint clientPoint(const QMouseEvent* e) { return e->position().toPoint(); }
 
 }  // namespace
 
-void SourceView::keyPressEvent(QKeyEvent* e) {
-    QPointer<SourceView> self(this);
-    emit KeyDown(virtualKeyCode(e->key(), e->modifiers()), shiftState(e->modifiers()));
+SourceViewEditor::SourceViewEditor(SourceView& view) : QsciScintilla(&view), view_(view) {}
+
+void SourceViewEditor::keyPressEvent(QKeyEvent* e) {
+    QPointer<SourceView> self(&view_);
+    emit view_.KeyDown(virtualKeyCode(e->key(), e->modifiers()), shiftState(e->modifiers()));
     if (!self)
         return;  // the handler closed the window
     // The control's own keys for finding and going to a line; everything else is Scintilla's.
     const int mods = e->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
     if (mods == Qt::ControlModifier && e->key() == Qt::Key_F)
-        Find();
+        view_.Find();
     else if (mods == Qt::ControlModifier && e->key() == Qt::Key_H)
-        Replace();
+        view_.Replace();
     else if (mods == Qt::ControlModifier && e->key() == Qt::Key_G)
-        ExecuteCommand(39);
+        view_.ExecuteCommand(EditCommand::GotoLine);
     else if (mods == 0 && e->key() == Qt::Key_F3)
-        FindNext();
+        view_.FindNext();
     else
         QsciScintilla::keyPressEvent(e);
     if (self)
-        checkCaretMoved();
+        view_.checkCaretMoved();
 }
 
-void SourceView::keyReleaseEvent(QKeyEvent* e) {
+void SourceViewEditor::keyReleaseEvent(QKeyEvent* e) {
     QsciScintilla::keyReleaseEvent(e);
     // A held key repeats its key down only, as on the platform the system came from.
     if (!e->isAutoRepeat())
-        emit KeyUp(virtualKeyCode(e->key(), e->modifiers()), shiftState(e->modifiers()));
+        emit view_.KeyUp(virtualKeyCode(e->key(), e->modifiers()), shiftState(e->modifiers()));
 }
 
-void SourceView::mousePressEvent(QMouseEvent* e) {
+void SourceViewEditor::mousePressEvent(QMouseEvent* e) {
     QsciScintilla::mousePressEvent(e);
-    checkCaretMoved();
+    view_.checkCaretMoved();
 }
 
-void SourceView::mouseMoveEvent(QMouseEvent* e) {
+void SourceViewEditor::mouseMoveEvent(QMouseEvent* e) {
     QsciScintilla::mouseMoveEvent(e);
-    checkCaretMoved();
+    view_.checkCaretMoved();
     const QPoint p = clientPoint(e);
-    emit MouseMove(mouseButtons(e->buttons()), shiftState(e->modifiers()), p.x(), p.y());
+    emit view_.MouseMove(mouseButtons(e->buttons()), shiftState(e->modifiers()), p.x(), p.y());
 }
 
-void SourceView::mouseReleaseEvent(QMouseEvent* e) {
+void SourceViewEditor::mouseReleaseEvent(QMouseEvent* e) {
     QsciScintilla::mouseReleaseEvent(e);
-    QPointer<SourceView> self(this);
-    checkCaretMoved();
+    QPointer<SourceView> self(&view_);
+    view_.checkCaretMoved();
     if (!self)
         return;
     const QPoint p = clientPoint(e);
-    emit MouseUp(mouseButtons(e->button()), shiftState(e->modifiers()), p.x(), p.y());
+    emit view_.MouseUp(mouseButtons(e->button()), shiftState(e->modifiers()), p.x(), p.y());
 }
 
-void SourceView::mouseDoubleClickEvent(QMouseEvent* e) {
+void SourceViewEditor::mouseDoubleClickEvent(QMouseEvent* e) {
     QsciScintilla::mouseDoubleClickEvent(e);
-    QPointer<SourceView> self(this);
-    checkCaretMoved();
+    QPointer<SourceView> self(&view_);
+    view_.checkCaretMoved();
     if (self)
-        emit DblClick();
+        emit view_.DblClick();
+}
+
+void SourceViewEditor::paintEvent(QPaintEvent* e) {
+    if (SourceLexer* lexer = view_.sourceLexer())
+        lexer->restyleVisible();
+    QsciScintilla::paintEvent(e);
+}
+
+void SourceView::preparePrinter(QsciPrinter& printer) const {
+    const QString path = d->document->PathName();
+    printer.setDocName(QFileInfo(path).fileName());
+    // The print dialog offers the printer's file name for a PDF; without one it would put the document's
+    // name behind the home folder. Setting the name makes the printer a PDF one, so the printer is put
+    // back where one is installed.
+    if (!path.isEmpty()) {
+        printer.setOutputFileName(pdfNameFor(path));
+        printer.setOutputFormat(QPrinter::NativeFormat);
+    }
 }
 
 void SourceView::PrintText() {
     QsciPrinter printer(QPrinter::HighResolution);
-    printer.setDocName(d->document->PathName());
+    preparePrinter(printer);
     QPrintDialog dialog(&printer, this);
     if (dialog.exec() != QDialog::Accepted)
         return;
@@ -86,7 +109,7 @@ void SourceView::PrintText() {
 }
 
 void SourceView::printTo(QsciPrinter& printer) {
-    printer.setWrapMode(WrapWord);
+    printer.setWrapMode(QsciScintilla::WrapWord);
     // QsciPrinter reports success even when its painter never started (a PDF file that can't be created).
     QPainter painter;
     if (!painter.begin(&printer))
@@ -94,11 +117,12 @@ void SourceView::printTo(QsciPrinter& printer) {
     if (d->lexer)
         d->lexer->styleAll();
     d->applyPrintLook();
-    const long mode = SendScintilla(SCI_GETPRINTCOLOURMODE);
-    SendScintilla(SCI_SETPRINTCOLOURMODE, long(d->lexer ? SC_PRINT_COLOURONWHITE : SC_PRINT_BLACKONWHITE));
-    const bool ok = printer.printRange(this, painter);
+    const long mode = editor_->SendScintilla(Sci::SCI_GETPRINTCOLOURMODE);
+    editor_->SendScintilla(Sci::SCI_SETPRINTCOLOURMODE,
+                           long(d->lexer ? Sci::SC_PRINT_COLOURONWHITE : Sci::SC_PRINT_BLACKONWHITE));
+    const bool ok = printer.printRange(editor_, painter);
     painter.end();
-    SendScintilla(SCI_SETPRINTCOLOURMODE, mode);
+    editor_->SendScintilla(Sci::SCI_SETPRINTCOLOURMODE, mode);
     d->applyLook();
     if (!ok)
         throw Failure(482, QStringLiteral("The text could not be printed."));

@@ -1,6 +1,7 @@
 // Reading and writing source files: byte-exact round trips, and failures that lose nothing.
 #include "document/Document.h"
 #include "document/SourceView.h"
+#include "document/SourceViewEditor.h"
 #include "platform/Failure.h"
 
 #include <QDir>
@@ -8,9 +9,15 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstring>
+#include <grp.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -48,6 +55,8 @@ protected:
     long save(const QString& p) { return attempt(&Document::SaveFile, p); }
 };
 
+constexpr uid_t kNobody = 65534;
+
 }  // namespace
 
 TEST_F(DocumentFile, UnchangedFilesRoundTripByteForByteAndEditsKeepTheCodePageWhileItFits) {
@@ -69,7 +78,7 @@ TEST_F(DocumentFile, UnchangedFilesRoundTripByteForByteAndEditsKeepTheCodePageWh
         SCOPED_TRACE(name);
         const QString p = write("in.pbp", bytes);
         ASSERT_EQ(load(p), 0);
-        EXPECT_EQ(std::make_pair(doc.NumLines(), view.eolMode()), std::make_pair(lines, enter));
+        EXPECT_EQ(std::make_pair(doc.NumLines(), SourceViewEditor::of(view).eolMode()), std::make_pair(lines, enter));
         EXPECT_FALSE(doc.GetLine(0).startsWith(QChar(0xFEFF)));
         for (const QString& out : {path("out.pbp"), p}) {  // a new file, and over itself
             ASSERT_EQ(save(out), 0);
@@ -82,8 +91,8 @@ TEST_F(DocumentFile, UnchangedFilesRoundTripByteForByteAndEditsKeepTheCodePageWh
     EXPECT_EQ(doc.GetLine(0), QString::fromUtf8("' caf\xC3\xA9 \xE2\x82\xAC\xE2\x80\x93"));
     EXPECT_EQ(doc.GetLineLength(0), 9);
     EXPECT_EQ(doc.GetLine(7), "");  // no such line
-    view.SendScintilla(QsciScintilla::SCI_DOCUMENTEND);
-    view.SendScintilla(QsciScintilla::SCI_NEWLINE);  // the file's first ending; the others stay as they were
+    SourceViewEditor::of(view).SendScintilla(QsciScintilla::SCI_DOCUMENTEND);
+    SourceViewEditor::of(view).SendScintilla(QsciScintilla::SCI_NEWLINE);  // the file's first ending; the others stay as they were
     typeAtEnd(QString::fromUtf8("\xE2\x82\xAC"));    // € is in the code page
     ASSERT_EQ(save(p), 0);
     EXPECT_EQ(read(p), QByteArray("' caf\xE9 \x80\x96\r\nb\nc\r\n\x80"));
@@ -161,4 +170,71 @@ TEST_F(DocumentFile, AFiftyMegabyteFileOpens) {
     EXPECT_EQ(doc.NumLines(), lines + 1);
     EXPECT_EQ(doc.GetLine(lines - 1), QString::fromLatin1(line.chopped(2)));
     EXPECT_FALSE(doc.Modified());
+}
+
+// The folder refuses the new file: the message says why, not "No such file or directory" (which a look
+// at the file that isn't there yet would give). Root meets both: a regular file used as a folder, and a
+// folder of the process table, where no one may make a file.
+TEST_F(DocumentFile, ASaveThatCannotStartNamesItsRealCause) {
+    typeAtEnd("x = 1");
+    const std::pair<QString, std::vector<long>> cases[] = {
+        {write("plain.txt", "x") + "/a.pbp", {ENOTDIR}},
+        {"/proc/1/a.pbp", {EACCES, EPERM}},
+    };
+    for (const auto& [file, causes] : cases) {
+        SCOPED_TRACE(file.toStdString());
+        const long err = save(file);
+        EXPECT_NE(std::find(causes.begin(), causes.end(), err), causes.end()) << err;
+        EXPECT_TRUE(last.description.contains(QString::fromLocal8Bit(std::strerror(int(err)))))
+            << last.description.toStdString();
+        EXPECT_TRUE(doc.Modified());
+    }
+}
+
+// A file of the user's own in a folder where they may make no file (a shared folder, a project of
+// another account): saved in place, as the atomic way, a new file renamed over the old, is refused.
+// Root may write anywhere, so as root the saves run in a child process that has become "nobody".
+TEST_F(DocumentFile, AFileInAFolderThatTakesNoNewFileIsSavedInPlace) {
+    const QString folder = path("shared");
+    ASSERT_TRUE(QDir().mkdir(folder));
+    const QString owned = write("shared/owned.pbp", "old\n");
+    const bool root = geteuid() == 0;
+    ASSERT_EQ(::chown(owned.toLocal8Bit().constData(), root ? kNobody : geteuid(), gid_t(-1)), 0);
+    ASSERT_EQ(::chmod(folder.toLocal8Bit().constData(), 0555), 0);
+    ASSERT_EQ(::chmod(dir.path().toLocal8Bit().constData(), 0755), 0);
+    doc.LoadFile(owned);
+    typeAtEnd("new");
+
+    // A bit for each thing that went wrong, so that the child can tell them by its exit status.
+    auto saves = [&] {
+        int wrong = 0;
+        if (save(owned) != 0 || doc.Modified())
+            wrong |= 1;
+        typeAtEnd(" more");
+        if (save(folder + "/new.pbp") != EACCES || !last.description.contains("Permission denied"))
+            wrong |= 2;
+        if (!doc.Modified())
+            wrong |= 4;
+        return wrong;
+    };
+    int wrong = 0;
+    if (!root) {
+        wrong = saves();
+    } else {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            if (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0)
+                _exit(64);
+            _exit(saves());
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFEXITED(status));
+        wrong = WEXITSTATUS(status);
+    }
+    ::chmod(folder.toLocal8Bit().constData(), 0755);
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(read(owned), QByteArray("old\nnew"));
+    EXPECT_EQ(QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"owned.pbp"});
 }

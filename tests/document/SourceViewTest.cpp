@@ -1,13 +1,18 @@
 // The editing control: commands, positions and events, tokens, colours, find and print.
 #include "document/Document.h"
 #include "document/Language.h"
+#include "document/PdfName.h"
 #include "document/SourceLexer.h"
 #include "document/SourceView.h"
+#include "document/SourceViewEditor.h"
 #include "document/TokenInfo.h"
 #include "platform/Failure.h"
 #include "platform/SystemColors.h"
 
 #include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QRegularExpression>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <Qsci/qsciprinter.h>
@@ -34,8 +39,10 @@ void paint(SourceView& view) {
     (void)view.grab();
 }
 
+SourceViewEditor& sci(SourceView& view) { return SourceViewEditor::of(view); }
+
 int styleAt(SourceView& view, int col, int line) {
-    return int(view.SendScintilla(Sci::SCI_GETSTYLEAT, view.positionFromLineIndex(line, col)));
+    return int(sci(view).SendScintilla(Sci::SCI_GETSTYLEAT, sci(view).positionFromLineIndex(line, col)));
 }
 
 std::array<int, 4> sel(const SourceView& view) {
@@ -62,9 +69,11 @@ TEST(SourceView, ExecuteCommandDeliversTheEventFirstAndAZeroCancels) {
         n = seen.size() == 1 ? 0 : n;  // the first is cancelled
     });
     view.SetSel(0, 0, 1, 1);
-    for (int command : {43, 43, 44, 12345 /* no such command: nothing */, int(Sci::SCI_DOCUMENTEND)})
+    const std::vector<int> commands{EditCommand::Indent, EditCommand::Indent, EditCommand::Outdent,
+                                    12345 /* no such command: nothing */, int(Sci::SCI_DOCUMENTEND)};
+    for (int command : commands)
         view.ExecuteCommand(command);
-    EXPECT_EQ(seen, (std::vector<int>{43, 43, 44, 12345, Sci::SCI_DOCUMENTEND}));
+    EXPECT_EQ(seen, commands);
     EXPECT_EQ(view.CaretY(), 2);
     EXPECT_EQ(view.Text(), "a\nb\nc");
     view.document().Undo();  // indent and outdent work over the selection's lines, each one undo step
@@ -96,8 +105,8 @@ TEST(SourceView, PositionsAreCharacterColumnsAndCaretAndLineEventsArriveAtOnce) 
     EXPECT_EQ(lines, (Log{{0, 2}}));
     EXPECT_EQ(carets.back(), (std::vector{0, 3}));  // the caret's line moved down by two
     lines.clear();  // text changed behind the control's back is told of back in the event loop
-    view.SendScintilla(Sci::SCI_DOCUMENTSTART);
-    view.SendScintilla(Sci::SCI_ADDTEXT, 2, "z\n");
+    sci(view).SendScintilla(Sci::SCI_DOCUMENTSTART);
+    sci(view).SendScintilla(Sci::SCI_ADDTEXT, 2, "z\n");
     QApplication::processEvents();
     EXPECT_EQ(lines, (Log{{0, 1}}));
 }
@@ -132,8 +141,8 @@ TEST(SourceView, ALargeFileIsStyledOnlyWhereItIsSeen) {
     EXPECT_TRUE(lexer->linesStyled() > 10 && lexer->linesStyled() < 1000) << lexer->linesStyled();
 
     // To the end and type: still only what is on screen.
-    view.SendScintilla(Sci::SCI_DOCUMENTEND);
-    view.SendScintilla(Sci::SCI_ADDTEXT, 4, "goto");
+    sci(view).SendScintilla(Sci::SCI_DOCUMENTEND);
+    sci(view).SendScintilla(Sci::SCI_ADDTEXT, 4, "goto");
     paint(view);
     EXPECT_LT(lexer->linesStyled(), 2000);
     EXPECT_EQ(styleAt(view, 4, 99999), 10);
@@ -155,7 +164,7 @@ TEST(SourceView, ALargeFileIsStyledOnlyWhereItIsSeen) {
     view.document().InsertImpl(0, 0, "a\nb\nc\n", false);
     view.document().UpdateViews(128, 0, 3, 0, 3);
     for (long line : {50003L, 3L}) {
-        view.SendScintilla(Sci::SCI_GOTOLINE, line);
+        sci(view).SendScintilla(Sci::SCI_GOTOLINE, line);
         paint(view);
         EXPECT_EQ(styleAt(view, 19, int(line)), 11) << line;
     }
@@ -219,4 +228,131 @@ TEST(SourceView, FindFindNextAndReplace) {
         EXPECT_EQ(view.Text(), after);
     }
     EXPECT_EQ(sel(view), (std::array{4, 1, 5, 1}));
+}
+
+TEST(SourceView, KeysAndMouseReachTheEditorThroughTheControl) {
+    SourceView view;
+    view.resize(400, 300);
+    view.show();
+    view.activateWindow();
+    view.setFocus();
+    QApplication::processEvents();
+    QWidget* editor = view.editorWidget();
+    EXPECT_TRUE(editor->hasFocus());  // focus given to the control goes to what takes the typing
+
+    Log keys, ups, carets;
+    std::vector<int> commands;
+    record(view, &SourceView::KeyDown, keys);
+    record(view, &SourceView::CaretMove, carets);
+    record(view, &SourceView::MouseUp, ups);
+    QObject::connect(&view, &SourceView::ExecuteCommandEvent, [&](int& n) {
+        commands.push_back(n);
+        n = 0;
+    });
+    auto key = [&](int k, Qt::KeyboardModifiers mods, const QString& text) {
+        QKeyEvent press(QEvent::KeyPress, k, mods, text);
+        QApplication::sendEvent(editor, &press);
+        QKeyEvent release(QEvent::KeyRelease, k, mods, text);
+        QApplication::sendEvent(editor, &release);
+    };
+    key(Qt::Key_H, Qt::ShiftModifier, "H");
+    key(Qt::Key_I, Qt::NoModifier, "i");
+    key(Qt::Key_G, Qt::ControlModifier, {});  // go to line is the document window's, through the event
+    EXPECT_EQ(view.Text(), "Hi");
+    EXPECT_EQ(keys, (Log{{'H', 1}, {'I', 0}, {'G', 2}}));
+    EXPECT_EQ(carets, (Log{{1, 0}, {2, 0}}));
+    EXPECT_EQ(commands, std::vector<int>{EditCommand::GotoLine});
+
+    QWidget* area = sci(view).viewport();
+    QMouseEvent up(QEvent::MouseButtonRelease, QPointF(7, 5), area->mapToGlobal(QPointF(7, 5)), Qt::RightButton,
+                   Qt::NoButton, Qt::ShiftModifier);
+    QApplication::sendEvent(area, &up);
+    EXPECT_EQ(ups, (Log{{2, 1, 7, 5}}));
+}
+
+TEST(SourceView, MarginStylesShowAStripAndLineNumbers) {
+    SourceView view;
+    EXPECT_EQ(view.marginStyle(), MarginStyle::Fixed);
+    auto widths = [&] {
+        std::array<int, 3> w{};
+        for (int m = 0; m < 3; ++m)
+            w[m] = sci(view).marginWidth(m);
+        return w;
+    };
+    view.setMarginStyle(MarginStyle::Scrolling);
+    EXPECT_GT(widths()[0], 20);
+    EXPECT_EQ(widths()[1], 20);
+    view.setMarginStyle(MarginStyle::Fixed);
+    EXPECT_EQ(widths(), (std::array{0, 20, 0}));
+    view.setMarginStyle(MarginStyle::None);
+    EXPECT_EQ(widths(), (std::array{0, 0, 0}));
+    SourceView output(nullptr, true);
+    EXPECT_EQ(output.marginStyle(), MarginStyle::None);
+}
+
+TEST(SourceView, ReplaceAllIsOnePassAndOneUndoStep) {
+    SourceView view;
+    QString original;
+    for (int i = 0; i < 3000; ++i)
+        original += QString::fromUtf8("GoTo loop%1 ' goto, GOTOX, (goto)\r\n").arg(i);
+    view.SetText(original);
+    view.SetSel(0, 1500, 0, 1500);  // from the start whatever the caret
+    // Whole words, any case: GOTOX is no match.
+    QString expected = original;
+    const QRegularExpression word(QStringLiteral("(?<![A-Za-z0-9_])goto(?![A-Za-z0-9_])"),
+                                  QRegularExpression::CaseInsensitiveOption);
+    int matches = 0;
+    for (auto it = word.globalMatch(original); it.hasNext(); it.next())
+        ++matches;
+    expected.replace(word, QStringLiteral("jump goto"));  // holds the searched text: not replaced again
+    EXPECT_EQ(view.replaceAll("goto", "jump goto", false, true), matches);
+    EXPECT_EQ(view.Text(), expected);
+    const int last = view.document().NumLines() - 2;
+    const int lastAt = view.document().GetLine(last).lastIndexOf("jump goto");
+    EXPECT_EQ(sel(view), (std::array{lastAt, last, lastAt + 9, last}));
+    view.document().Undo();
+    EXPECT_EQ(view.Text(), original);
+    view.document().Redo();
+    EXPECT_EQ(view.Text(), expected);
+
+    const std::tuple<const char*, const char*, const char*, bool, bool, int, const char*> cases[] = {
+        // text, what, with, match case, whole word; count, text after
+        {"banana", "a", "", true, false, 3, "bnn"},
+        {"goto GOTO GoTo", "GOTO", "x", true, false, 1, "goto x GoTo"},
+        {"aaa", "aa", "b", false, false, 1, "ba"},
+        {"caf\xC3\xA9 CAF\xC3\xA9s CAF\xC3\xA9", "caf\xC3\xA9", "bar", false, true, 2, "bar CAF\xC3\xA9s bar"},
+        {"nothing here", "absent", "x", false, false, 0, "nothing here"},
+    };
+    for (const auto& [text, what, with, matchCase, whole, count, after] : cases) {
+        SCOPED_TRACE(text);
+        view.SetText(QString::fromUtf8(text));
+        EXPECT_EQ(view.replaceAll(QString::fromUtf8(what), with, matchCase, whole), count);
+        EXPECT_EQ(view.Text(), QString::fromUtf8(after));
+    }
+}
+
+TEST(SourceView, PrintToPdfProposesAndWritesTheFileBesideTheDocument) {
+    const std::pair<const char*, const char*> names[] = {
+        {"/tmp/work/22-copy.pbp", "/tmp/work/22-copy.pdf"}, {"/a.b/prog", "/a.b/prog.pdf"},
+        {"/home/u/.pbp", "/home/u/.pbp.pdf"},               {"/w/blink.old.bas", "/w/blink.old.pdf"},
+        {"/w/prog.", "/w/prog.pdf"},
+    };
+    for (const auto& [doc, pdf] : names)
+        EXPECT_EQ(pdfNameFor(doc), pdf) << doc;
+
+    QTemporaryDir dir;
+    SourceView view;
+    view.SetText("HIGH PORTB.0\n");
+    view.document().setPathName(dir.filePath("22-copy.pbp"));
+    QsciPrinter printer;
+    view.preparePrinter(printer);
+    EXPECT_EQ(printer.outputFileName(), dir.filePath("22-copy.pdf"));
+    EXPECT_EQ(printer.docName(), "22-copy.pbp");
+    // What the dialog's "Print to File (PDF)" does with the name it shows.
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(printer.outputFileName());
+    ASSERT_NO_THROW(view.printTo(printer));
+    QFile pdf(dir.filePath("22-copy.pdf"));
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(pdf.readAll().startsWith("%PDF"));
 }
