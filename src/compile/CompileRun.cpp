@@ -3,6 +3,8 @@
 #include "compile/CompileRules.h"
 #include "compile/CompileScript.h"
 #include "compile/CompilerScreen.h"
+#include "core/UsePaths.h"
+#include "platform/WineDosPaths.h"
 #include "compile/frmCompile.h"
 #include "core/Convert.h"
 #include "core/DosPath.h"
@@ -16,22 +18,28 @@
 #include "platform/Launcher.h"
 #include "platform/Paths.h"
 #include "platform/Prompts.h"
+#include "platform/Wine.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QPointer>
 #include <QSaveFile>
+#include <QTimer>
 
 #include <cerrno>
+#include <optional>
 
 namespace {
 
 #ifdef Q_OS_WIN
 const QString kScriptName = QStringLiteral("runpb.bat");
-QByteArray compileScript(const CompileInputs& in) { return runpbBat(in); }
+QByteArray compileScript(const CompileInputs& in, const std::optional<WineForms>&) { return runpbBat(in); }
 #else
 const QString kScriptName = QStringLiteral("runpb.sh");
-QByteArray compileScript(const CompileInputs& in) { return runpbSh(in); }
+QByteArray compileScript(const CompileInputs& in, const std::optional<WineForms>& win) {
+    return win ? runpbShWine(in, *win) : runpbSh(in);
+}
 #endif
 
 void plainMessage(const QString& text, Icon icon = Icon::None) {
@@ -82,8 +90,28 @@ void CompileRun::GoCompile() {
             P = GetDosPath(setting(kind->pathKey));
             O = setting(kind->optionsKey);
         }
+        // A Windows compiler runs through wine and is handed wine's short forms of its own path and of
+        // the document; the script itself keeps the POSIX paths.
+        std::optional<WineForms> win;
+        if (!P.isEmpty() && needsWine(P)) {
+            win.emplace();
+            win->wine = wineProgram();
+            if (win->wine.isEmpty()) {
+                globals().prompts->message(wineMissingMessage(P), QString(), Icon::Critical, Buttons::Ok);
+                return;
+            }
+            WineDosPaths winePaths(*globals().paths, {P, D});
+            const UsePaths use(winePaths);
+            win->P = GetDosPath(P);
+            if (!D.isEmpty())
+                win->D = GetDosPath(D);
+            if (win->P.isEmpty())
+                P.clear();
+        }
         step = 40;
         const QString C = compilerDirectory(P);
+        if (win)
+            win->C = compilerDirectory(win->P, QLatin1Char('\\'));
         // No drives here: step 50 has nothing to do.
         step = 60;
         const int p = D.lastIndexOf(pathSeparator());
@@ -102,8 +130,8 @@ void CompileRun::GoCompile() {
         }
         step = 80;
         const QString script = inApplicationDirectory(kScriptName);
-        // The script's lines need the document's directory.
-        if (p < 0)
+        // The script's lines need the document's directory, and a Windows compiler the document's form.
+        if (p < 0 || (win && win->D.isEmpty()))
             throw invalidProcedureCall();
         QSaveFile out(script);
         if (QFileInfo(script).isDir())
@@ -113,15 +141,22 @@ void CompileRun::GoCompile() {
         step = 90;
         const QString M = selectCompileDevice(doc_.frame().deviceCombo());
         step = 100;
-        if (out.write(compileScript({D, S, P, O, C, M})) < 0 || !out.commit())
+        if (out.write(compileScript({D, S, P, O, C, M}, win)) < 0 || !out.commit())
             throw pathFileAccessError(out.errorString());
         step = 110;
         DeleteFileQuietly(inApplicationDirectory(QStringLiteral("temp.dat")));
         step = 120;
         const QString appDir = globals().paths->applicationDirectory();
-        if (numberOf(setting(Key::DosWindow)) == 1)
+        if (numberOf(setting(Key::DosWindow)) == 1) {
             globals().CompileProcess = globals().launcher->startHidden(script, appDir);
-        else if (!globals().launcher->startInTerminal(script, appDir))
+            // The end of the script means temp.dat is complete: look at once, not at the next second.
+            globals().CompileProcess->whenFinished([run = QPointer<CompileRun>(this)] {
+                QTimer::singleShot(0, run, [run] {
+                    if (run && run->CheckFile.isActive())
+                        run->CheckFile_Timer();
+                });
+            });
+        } else if (!globals().launcher->startInTerminal(script, appDir))
             plainMessage(QStringLiteral("Unable to launch application."));
         step = 130;
         CheckFile.Tag = QStringLiteral("0");

@@ -4,6 +4,7 @@
 #include "platform/Failure.h"
 #include "platform/Paths.h"
 
+#include <QProcess>
 #include <QStringList>
 
 namespace {
@@ -22,12 +23,6 @@ QString trimBlanks(const QString& text) {
     while (to > from && text[to - 1] == QLatin1Char(' '))
         --to;
     return text.mid(from, to - from);
-}
-
-QString shellQuote(const QString& text) {
-    QString quoted = text;
-    quoted.replace(QLatin1Char('\''), QLatin1String("'\\''"));
-    return QLatin1Char('\'') + quoted + QLatin1Char('\'');
 }
 
 QByteArray runpbBat(const CompileInputs& in) {
@@ -53,32 +48,69 @@ QByteArray runpbBat(const CompileInputs& in) {
     return text.toLocal8Bit();
 }
 
-QByteArray runpbSh(const CompileInputs& in) {
+namespace {
+
+struct ShLines {
+    QString docDir;
+    QString tempDat;
+    QString partial;
+};
+
+ShLines shLines(const CompileInputs& in) {
     const qsizetype slash = in.D.lastIndexOf(QLatin1Char('/'));
     if (slash < 0)
         throw invalidProcedureCall(QStringLiteral("the document path has no directory: ") + in.D);
-    const QString docDir = slash == 0 ? QStringLiteral("/") : in.D.left(slash);
-    const QString tempDat = shellQuote(joinPosix(in.S, QStringLiteral("temp.dat")));
-    const QString partial = shellQuote(joinPosix(in.S, QStringLiteral("temp.dat.part")));
+    return {slash == 0 ? QStringLiteral("/") : in.D.left(slash),
+            shellQuote(joinPosix(in.S, QStringLiteral("temp.dat"))),
+            shellQuote(joinPosix(in.S, QStringLiteral("temp.dat.part")))};
+}
+
+// The eight steps around the line that runs the compiler.
+QByteArray shScript(const ShLines& sh, const QString& searchPath, const QString& compilerLine) {
+    const QStringList lines = {
+        QStringLiteral("#!/bin/sh"),
+        QStringLiteral("rm -f -- ") + sh.tempDat + QLatin1Char(' ') + sh.partial,
+        QStringLiteral("cd -- ") + shellQuote(sh.docDir),
+        searchPath,
+        QStringLiteral("echo 'Compiling.... Please Wait.'"),
+        compilerLine,
+        QStringLiteral("mv -f -- ") + sh.partial + QLatin1Char(' ') + sh.tempDat,
+        QStringLiteral("cat -- ") + sh.tempDat,
+    };
+    return (lines.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8();
+}
+
+}  // namespace
+
+QByteArray runpbSh(const CompileInputs& in) {
+    const ShLines sh = shLines(in);
     // An empty entry in PATH would mean the current directory, so no compiler directory leaves PATH alone.
     const QString path = in.C.isEmpty() ? QStringLiteral("export PATH")
                                         : QStringLiteral("PATH=") + shellQuote(in.C) +
                                               QStringLiteral(":\"$PATH\"; export PATH");
     const QString options = trimBlanks(in.O);
-    const QStringList lines = {
-        QStringLiteral("#!/bin/sh"),
-        QStringLiteral("rm -f -- ") + tempDat + QLatin1Char(' ') + partial,
-        QStringLiteral("cd -- ") + shellQuote(docDir),
-        path,
-        QStringLiteral("echo 'Compiling.... Please Wait.'"),
-        shellQuote(trimBlanks(in.P)) + (options.isEmpty() ? QString() : QLatin1Char(' ') + options) +
-            QStringLiteral(" -p") + shellQuote(in.M) + QLatin1Char(' ') + shellQuote(in.D) + QStringLiteral(" >") +
-            partial,
-        QStringLiteral("mv -f -- ") + partial + QLatin1Char(' ') + tempDat,
-        QStringLiteral("cat -- ") + tempDat,
-    };
-    return (lines.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8();
+    return shScript(sh, path,
+                    shellQuote(trimBlanks(in.P)) + (options.isEmpty() ? QString() : QLatin1Char(' ') + options) +
+                        QStringLiteral(" -p") + shellQuote(in.M) + QLatin1Char(' ') + shellQuote(in.D) +
+                        QStringLiteral(" >") + sh.partial + QStringLiteral(" 2>&1"));
 }
+
+QByteArray runpbShWine(const CompileInputs& in, const WineForms& win) {
+    const ShLines sh = shLines(in);
+    // In front of whatever search path the user gave wine; wine's own diagnostics stay out of the output.
+    QString env = QStringLiteral("WINEDEBUG=-all; export WINEDEBUG");
+    if (!win.C.isEmpty())
+        env = QStringLiteral("WINEPATH=") + shellQuote(win.C) + QStringLiteral("\"${WINEPATH:+;$WINEPATH}\"; ") +
+              env + QStringLiteral(" WINEPATH");
+    QStringList words{win.wine, win.P};
+    words << optionWords(in.O) << QStringLiteral("-p") + in.M << win.D;
+    QStringList quoted;
+    for (const QString& w : words)
+        quoted << shellQuote(w);
+    return shScript(sh, env, quoted.join(QLatin1Char(' ')) + QStringLiteral(" >") + sh.partial);
+}
+
+QStringList optionWords(const QString& options) { return QProcess::splitCommand(options); }
 
 QString compilerDirectory(const QString& P, QChar separator) {
     const qsizetype at = P.lastIndexOf(separator);

@@ -3,9 +3,12 @@
 // Both remove the old output, go to the document's directory, put the compiler's directory in front of
 // the search path, run the compiler with its standard output redirected, and show that output.
 
+#include "platform/Launcher.h"
+
 #include <QByteArray>
 #include <QChar>
 #include <QString>
+#include <QStringList>
 
 class DeviceCombo;
 
@@ -23,10 +26,28 @@ struct CompileInputs {
 QByteArray runpbBat(const CompileInputs& in);
 
 // runpb.sh in UTF-8: every path single-quoted, the options inserted as typed (blanks at either end
-// dropped) so the shell splits them into words. The compiler's standard output goes to temp.dat.part,
-// renamed to temp.dat when the compiler ends, so temp.dat never holds half an output.
-// Throws a Failure (number 5) when D holds no "/".
+// dropped) so the shell splits them into words. The compiler's standard output, and its standard error in
+// the order written, go to temp.dat.part, renamed to temp.dat when the compiler ends, so temp.dat never
+// holds half an output. Throws a Failure (number 5) when D holds no "/".
 QByteArray runpbSh(const CompileInputs& in);
+
+// What a Windows compiler run through wine is handed instead of the POSIX paths.
+struct WineForms {
+    QString wine;  // the wine program
+    QString P;     // the compiler's short Windows path
+    QString D;     // the document's short Windows path
+    QString C;     // the compiler's Windows directory: compilerDirectory(P, '\\')
+};
+
+// runpb.sh for a Windows compiler: the same steps, with the POSIX D and S for the directory and the
+// output, and the compiler run through wine with its own short path, the options split into words as
+// the Windows runtime splits a command line, "-p" with the device and the document's short path. The
+// compiler's directory goes in front of the Windows search path (WINEPATH), wine's diagnostics are off,
+// and only standard output reaches temp.dat, as on Windows. Nothing reaches the shell unquoted.
+QByteArray runpbShWine(const CompileInputs& in, const WineForms& win);
+
+// The options as the words a program gets: blanks separate, double quotes keep a word together.
+QStringList optionWords(const QString& options);
 
 // The text of P in front of its last separator; empty when P holds none.
 QString compilerDirectory(const QString& P, QChar separator);
@@ -45,6 +66,3 @@ QString optionsWithOq(const QString& options);
 
 // Blanks (spaces only, no other white space) removed from both ends.
 QString trimBlanks(const QString& text);
-
-// text in single quotes for sh, any single quote inside closed, escaped and reopened.
-QString shellQuote(const QString& text);

@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
 
 // A compile script started without a terminal; ending it ends its whole process group.
@@ -11,13 +12,19 @@ public:
     virtual ~HiddenProcess() = default;
     virtual void terminate() = 0;
     virtual bool running() const = 0;
+    // Called once, on the thread of the event loop, when the script has ended by itself; not after
+    // terminate(). A process that can't tell its end never calls it.
+    virtual void whenFinished(std::function<void()> callback) { (void)callback; }
+    // The script's process id, which is also its process group; 0 when there is none.
+    virtual qint64 processId() const { return 0; }
 };
 
 class Launcher {
 public:
     virtual ~Launcher() = default;
-    // Starts a program without waiting. Throws Failure kFileNotFound when the program isn't there,
-    // another Failure with the OS text when it can't be started.
+    // Starts a program without waiting; a Windows program (a PE image) through wine. Throws Failure
+    // kFileNotFound when the program isn't there, another Failure with the OS text when it can't be
+    // started, or with wineMissingMessage when it needs wine and there is none.
     virtual void startDetached(const QString& program, const QStringList& args, const QString& workDir) = 0;
     // Runs a script hidden, in its own process group. Throws Failure when it can't start.
     virtual std::unique_ptr<HiddenProcess> startHidden(const QString& script, const QString& workDir) = 0;
@@ -26,3 +33,10 @@ public:
     // Opens a URL with the user's default handler, without waiting. False when that failed.
     virtual bool openUrl(const QString& url) = 0;
 };
+
+// text in single quotes for sh, any single quote inside closed, escaped and reopened.
+inline QString shellQuote(const QString& text) {
+    QString quoted = text;
+    quoted.replace(QLatin1Char('\''), QLatin1String("'\\''"));
+    return QLatin1Char('\'') + quoted + QLatin1Char('\'');
+}

@@ -1,6 +1,7 @@
 #include "platform/PosixLauncher.h"
 
 #include "platform/Failure.h"
+#include "platform/Wine.h"
 
 #include <QDesktopServices>
 #include <QFileInfo>
@@ -9,50 +10,44 @@
 #include <QUrl>
 
 #include <cerrno>
-#include <fcntl.h>
 #include <csignal>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
-// The script runs in a process group of its own, so ending the group ends the compiler it started too.
+// The script runs in a process group of its own, so ending the group ends the compiler it started too,
+// with every process the compiler started in turn (a Windows compiler's wine process and its assembler).
+// Wine's shared processes (wineserver, services.exe, explorer.exe) put themselves in sessions of their
+// own, so the user's other Windows programs keep them.
 class PosixHiddenProcess : public HiddenProcess {
 public:
-    explicit PosixHiddenProcess(pid_t pid) : pid_(pid) {}
-    ~PosixHiddenProcess() override { reap(); }
-    void terminate() override {
-        if (pid_ > 0) {
-            ::kill(-pid_, SIGKILL);
-            reap();
-        }
+    explicit PosixHiddenProcess(std::unique_ptr<QProcess> p) : p_(std::move(p)) {
+        pid_ = p_->processId();
+        QObject::connect(p_.get(), &QProcess::finished, p_.get(), [this] {
+            if (!terminated_ && callback_)
+                callback_();
+        });
     }
-    bool running() const override { return pid_ > 0 && ::kill(pid_, 0) == 0 && !exited(); }
+    ~PosixHiddenProcess() override {
+        if (running())
+            terminate();
+    }
+    void terminate() override {
+        terminated_ = true;
+        if (pid_ > 0)
+            ::kill(-pid_, SIGKILL);
+        if (p_->state() != QProcess::NotRunning)
+            p_->waitForFinished(-1);  // bounded: the process was just killed
+    }
+    bool running() const override { return p_->state() != QProcess::NotRunning; }
+    void whenFinished(std::function<void()> callback) override { callback_ = std::move(callback); }
+    qint64 processId() const override { return pid_; }
 
 private:
-    bool exited() const {
-        int status = 0;
-        const pid_t r = ::waitpid(pid_, &status, WNOHANG);
-        if (r == pid_) {
-            pid_ = -1;
-            return true;
-        }
-        return false;
-    }
-    void reap() {
-        if (pid_ > 0) {
-            int status = 0;
-            // Blocking only after the group was killed or the script ended; bounded by the kernel.
-            if (::kill(-pid_, 0) != 0 || ::waitpid(pid_, &status, WNOHANG) == pid_) {
-                pid_ = -1;
-                return;
-            }
-            ::kill(-pid_, SIGKILL);
-            ::waitpid(pid_, &status, 0);
-            pid_ = -1;
-        }
-    }
-    mutable pid_t pid_;
+    std::unique_ptr<QProcess> p_;
+    qint64 pid_ = 0;
+    bool terminated_ = false;
+    std::function<void()> callback_;
 };
 
 }  // namespace
@@ -62,14 +57,30 @@ void PosixLauncher::startDetached(const QString& program, const QStringList& arg
     QString resolved = program;
     if (!program.contains(QLatin1Char('/'))) {
         resolved = QStandardPaths::findExecutable(program);
-        if (resolved.isEmpty())
-            throw fileNotFound();
+        if (resolved.isEmpty()) {
+            // A Windows program is rarely executable here; one in the working directory still counts.
+            const QFileInfo local(workDir.isEmpty() ? program : workDir + QLatin1Char('/') + program);
+            if (!local.isFile() || !needsWine(local.absoluteFilePath()))
+                throw fileNotFound();
+            resolved = local.absoluteFilePath();
+        }
     } else if (!fi.exists()) {
         throw fileNotFound();
     }
     QProcess p;
-    p.setProgram(resolved);
-    p.setArguments(args);
+    if (needsWine(resolved)) {
+        const QString wine = wineProgram();
+        if (wine.isEmpty())
+            throw invalidProcedureCall(wineMissingMessage(resolved));
+        p.setProgram(wine);
+        p.setArguments(QStringList{resolved} + args);
+        p.setProcessEnvironment(wineEnvironment(QProcessEnvironment::systemEnvironment()));
+        // A first run of wine reports the prefix it creates; nobody reads that.
+        p.setStandardErrorFile(QProcess::nullDevice());
+    } else {
+        p.setProgram(resolved);
+        p.setArguments(args);
+    }
     if (!workDir.isEmpty())
         p.setWorkingDirectory(workDir);
     qint64 pid = 0;
@@ -78,29 +89,20 @@ void PosixLauncher::startDetached(const QString& program, const QStringList& arg
 }
 
 std::unique_ptr<HiddenProcess> PosixLauncher::startHidden(const QString& script, const QString& workDir) {
-    const QByteArray sh = "/bin/sh";
-    const QByteArray path = script.toLocal8Bit();
-    const QByteArray dir = workDir.toLocal8Bit();
-    const pid_t pid = ::fork();
-    if (pid < 0)
-        throw osFailure(errno);
-    if (pid == 0) {
-        ::setsid();
-        // No terminal: the compiler's text goes to temp.dat, the script's own chatter nowhere.
-        const int devnull = ::open("/dev/null", O_RDWR);
-        if (devnull >= 0) {
-            ::dup2(devnull, 0);
-            ::dup2(devnull, 1);
-            ::dup2(devnull, 2);
-            if (devnull > 2)
-                ::close(devnull);
-        }
-        if (!dir.isEmpty() && ::chdir(dir.constData()) != 0)
-            ::_exit(127);
-        ::execl(sh.constData(), "sh", path.constData(), static_cast<char*>(nullptr));
-        ::_exit(127);
-    }
-    return std::make_unique<PosixHiddenProcess>(pid);
+    auto p = std::make_unique<QProcess>();
+    p->setProgram(QStringLiteral("/bin/sh"));
+    p->setArguments({script});
+    if (!workDir.isEmpty())
+        p->setWorkingDirectory(workDir);
+    // No terminal: the compiler's text goes to temp.dat, the script's own chatter nowhere.
+    p->setStandardInputFile(QProcess::nullDevice());
+    p->setStandardOutputFile(QProcess::nullDevice());
+    p->setStandardErrorFile(QProcess::nullDevice());
+    p->setChildProcessModifier([] { ::setsid(); });
+    p->start();
+    if (!p->waitForStarted(-1))
+        throw pathFileAccessError(p->errorString());
+    return std::make_unique<PosixHiddenProcess>(std::move(p));
 }
 
 bool PosixLauncher::startInTerminal(const QString& script, const QString& workDir) {
@@ -109,17 +111,21 @@ bool PosixLauncher::startInTerminal(const QString& script, const QString& workDi
     if (!env.isEmpty())
         candidates << env;
     candidates << QStringLiteral("x-terminal-emulator") << QStringLiteral("xterm");
-    // The terminal stays open after the script so that the user can read the compiler's text.
-    const QString hold = QStringLiteral("sh '%1'; printf '\\nPress Enter to close.'; read _").arg(script);
     for (const QString& term : candidates) {
         const QString exe = QStandardPaths::findExecutable(term);
         if (exe.isEmpty())
             continue;
-        if (QProcess::startDetached(exe, {QStringLiteral("-e"), QStringLiteral("sh"), QStringLiteral("-c"), hold},
+        if (QProcess::startDetached(exe, {QStringLiteral("-e"), QStringLiteral("sh"), QStringLiteral("-c"),
+                                          terminalCommand(script)},
                                     workDir))
             return true;
     }
     return false;
+}
+
+QString PosixLauncher::terminalCommand(const QString& script) {
+    // The terminal stays open after the script so that the user can read the compiler's text.
+    return QStringLiteral("sh ") + shellQuote(script) + QStringLiteral("; printf '\\nPress Enter to close.'; read _");
 }
 
 bool PosixLauncher::openUrl(const QString& url) { return QDesktopServices::openUrl(QUrl(url)); }

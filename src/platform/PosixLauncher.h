@@ -7,4 +7,8 @@ public:
     std::unique_ptr<HiddenProcess> startHidden(const QString& script, const QString& workDir) override;
     bool startInTerminal(const QString& script, const QString& workDir) override;
     bool openUrl(const QString& url) override;
+
+    // The sh command line the terminal runs for a script: the script, then a prompt that keeps the
+    // window open.
+    static QString terminalCommand(const QString& script);
 };

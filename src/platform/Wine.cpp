@@ -1,0 +1,99 @@
+#include "platform/Wine.h"
+
+#include "platform/PeImage.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+namespace {
+
+// A first run of wine creates the prefix, which can take a minute on a slow machine.
+constexpr int kWinepathWaitMs = 180 * 1000;
+
+QStringList runWinepath(const QString& flag, const QStringList& paths) {
+    QStringList result;
+    for (qsizetype i = 0; i < paths.size(); ++i)
+        result << QString();
+    const QString wine = wineProgram();
+    if (wine.isEmpty() || paths.isEmpty())
+        return result;
+    QProcess p;
+    p.setProcessEnvironment(wineEnvironment(QProcessEnvironment::systemEnvironment()));
+    p.setStandardInputFile(QProcess::nullDevice());
+    p.setStandardErrorFile(QProcess::nullDevice());
+    p.start(wine, QStringList{QStringLiteral("winepath.exe"), flag} + paths);
+    if (!p.waitForFinished(kWinepathWaitMs)) {
+        p.kill();
+        p.waitForFinished();
+        return result;
+    }
+    // One line per path; winepath leaves a line empty for a path it can't convert.
+    const QStringList lines = QString::fromLocal8Bit(p.readAllStandardOutput()).split(QLatin1Char('\n'));
+    for (qsizetype i = 0; i < paths.size() && i < lines.size(); ++i) {
+        QString line = lines[i];
+        if (line.endsWith(QLatin1Char('\r')))
+            line.chop(1);
+        result[i] = line;
+    }
+    return result;
+}
+
+}  // namespace
+
+QString wineProgram() { return QStandardPaths::findExecutable(QStringLiteral("wine")); }
+
+bool needsWine(const QString& program) { return isPeImageFile(program); }
+
+QString wineMissingMessage(const QString& program) {
+    return program +
+           QStringLiteral(" is a Windows program. It runs here only through Wine, and there is no wine "
+                          "program on the PATH.\r\rTo install Wine on Debian or Ubuntu: sudo apt install wine\r"
+                          "32-bit programs such as the PicBasic compilers also need wine32: "
+                          "sudo dpkg --add-architecture i386 && sudo apt update && sudo apt install wine32");
+}
+
+QProcessEnvironment wineEnvironment(QProcessEnvironment base, const QString& searchDirectory) {
+    base.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
+    if (!searchDirectory.isEmpty())
+        base.insert(QStringLiteral("WINEPATH"), searchDirectory);
+    return base;
+}
+
+QStringList wineWindowsPaths(const QStringList& paths) {
+    QStringList absolute;
+    for (const QString& p : paths)
+        absolute << QFileInfo(p).absoluteFilePath();
+    return runWinepath(QStringLiteral("-w"), absolute);
+}
+
+QStringList wineShortPaths(const QStringList& paths) {
+    // winepath -s wants Windows paths; those of missing files come back empty.
+    QStringList windows = wineWindowsPaths(paths);
+    for (qsizetype i = 0; i < paths.size(); ++i)
+        if (!QFileInfo::exists(paths[i]))
+            windows[i].clear();
+    QStringList known;
+    for (const QString& w : windows)
+        if (!w.isEmpty())
+            known << w;
+    const QStringList shortForms = runWinepath(QStringLiteral("-s"), known);
+    QStringList result;
+    qsizetype k = 0;
+    for (const QString& w : windows)
+        result << (w.isEmpty() ? QString() : shortForms.value(k++));
+    return result;
+}
+
+QString wineWindowsPath(const QString& path) { return wineWindowsPaths({path}).value(0); }
+
+QString wineShortPath(const QString& path) { return wineShortPaths({path}).value(0); }
+
+QStringList wineSearchRoots() {
+    QString prefix = qEnvironmentVariable("WINEPREFIX");
+    if (prefix.isEmpty())
+        prefix = QDir::homePath() + QStringLiteral("/.wine");
+    const QString driveC = QDir(prefix).filePath(QStringLiteral("drive_c"));
+    return QFileInfo(driveC).isDir() ? QStringList{QDir::cleanPath(driveC)} : QStringList{};
+}

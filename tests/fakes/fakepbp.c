@@ -1,0 +1,87 @@
+/* A stand-in for a Windows PicBasic Pro compiler: prints a banner, records how it was called in args.txt
+   beside itself (working directory, first entry of the Windows search path, each argument), reads the
+   source named by its last argument and writes <source>.hex beside it, or prints an error line for a
+   source that holds "error". A source that holds "linger" leaves a child process running behind it. */
+#include <windows.h>
+#include <stdio.h>
+#include <string.h>
+#include <wchar.h>
+
+static void putUtf8(FILE* f, const wchar_t* text) {
+    char buf[4096];
+    int n = WideCharToMultiByte(CP_UTF8, 0, text, -1, buf, sizeof buf, NULL, NULL);
+    if (n > 0)
+        fputs(buf, f);
+}
+
+static void record(int argc, wchar_t** argv) {
+    wchar_t path[MAX_PATH], cwd[MAX_PATH], search[4096];
+    GetModuleFileNameW(NULL, path, MAX_PATH);
+    wchar_t* slash = wcsrchr(path, L'\\');
+    wcscpy(slash ? slash + 1 : path, L"args.txt");
+    FILE* f = _wfopen(path, L"wb");
+    if (!f)
+        return;
+    GetCurrentDirectoryW(MAX_PATH, cwd);
+    fputs("cwd=", f), putUtf8(f, cwd), fputs("\n", f);
+    search[0] = 0;
+    GetEnvironmentVariableW(L"PATH", search, 4096);
+    wchar_t* semi = wcschr(search, L';');
+    if (semi)
+        *semi = 0;
+    fputs("path=", f), putUtf8(f, search), fputs("\n", f);
+    for (int i = 0; i < argc; ++i)
+        fputs("arg=", f), putUtf8(f, argv[i]), fputs("\n", f);
+    fclose(f);
+}
+
+static void linger(const wchar_t* self) {
+    wchar_t line[MAX_PATH + 16];
+    swprintf(line, MAX_PATH + 16, L"\"%ls\" --sleep", self);
+    STARTUPINFOW si = {sizeof si};
+    PROCESS_INFORMATION pi;
+    if (CreateProcessW(NULL, line, NULL, NULL, FALSE, 0, NULL, NULL, &si, &pi))
+        CloseHandle(pi.hProcess), CloseHandle(pi.hThread);
+}
+
+int wmain(int argc, wchar_t** argv) {
+    if (argc == 2 && wcscmp(argv[1], L"--sleep") == 0) {
+        Sleep(600000);
+        return 0;
+    }
+    printf("PICBASIC PRO(TM) Compiler 3.1.5, (c) 1997, 2022 microEngineering Labs, Inc.\n");
+    printf("All Rights Reserved.\n");
+    record(argc, argv);
+    if (argc < 2)
+        return 1;
+    const wchar_t* source = argv[argc - 1];
+    FILE* in = _wfopen(source, L"rb");
+    if (!in) {
+        printf("ERROR: Unable to open file %ls\n", source);
+        return 1;
+    }
+    char text[4096] = {0};
+    fread(text, 1, sizeof text - 1, in);
+    fclose(in);
+    if (strstr(text, "error")) {
+        printf("ERROR Line 1: Syntax error.\n");
+        return 1;
+    }
+    wchar_t hex[MAX_PATH];
+    wcsncpy(hex, source, MAX_PATH - 5);
+    hex[MAX_PATH - 5] = 0;
+    wchar_t* dot = wcsrchr(hex, L'.');
+    wchar_t* slash = wcsrchr(hex, L'\\');
+    if (dot && (!slash || dot > slash))
+        *dot = 0;
+    wcscat(hex, L".hex");
+    FILE* out = _wfopen(hex, L"wb");
+    if (out)
+        fputs(":020000040000FA\n:00000001FF\n", out), fclose(out);
+    if (strstr(text, "linger")) {
+        wchar_t self[MAX_PATH];
+        GetModuleFileNameW(NULL, self, MAX_PATH);
+        linger(self);
+    }
+    return 0;
+}
