@@ -17,6 +17,8 @@ int main(int argc, char** argv) {
     g.prompts = &prompts;
     g.launcher = &launcher;
     g.paths = &paths;
+    // An installed program keeps its files in a per-user directory, made at the first start.
+    paths.makeApplicationDirectory(prompts);
     int rc = 0;
     {
         MDIMain frame(MDIMain::commandLineFrom(app));

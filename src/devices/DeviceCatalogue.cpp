@@ -1,6 +1,7 @@
 #include "devices/DeviceCatalogue.h"
 
 #include "platform/Failure.h"
+#include "platform/Paths.h"
 #include "platform/Prompts.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
@@ -73,7 +74,18 @@ bool reportingFailures(const QString& operation, Body&& body) {
 }  // namespace
 
 QString deviceCataloguePath() {
-    return inApplicationDirectory(QStringLiteral("device.ide"));
+    const QString own = inApplicationDirectory(QStringLiteral("device.ide"));
+    if (QFileInfo::exists(own))
+        return own;
+    // An installed program ships its catalogue apart from the user's files; a user's own one wins.
+    Paths* paths = globals().paths;
+    const QString shipped = paths ? paths->installedDataDirectory() : QString();
+    if (!shipped.isEmpty()) {
+        const QString path = shipped + pathSeparator() + QStringLiteral("device.ide");
+        if (QFileInfo::exists(path))
+            return path;
+    }
+    return own;
 }
 
 void GetDevices(DeviceCombo& combo) {

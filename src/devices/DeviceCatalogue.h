@@ -14,7 +14,8 @@ using PortTable = std::array<int, kPortCount>;
 // The marks of Ports' entries, in the order of the table: GPIO, PORTA .. PORTH, PORTJ.
 extern const std::array<QString, kPortCount> kPortMarks;
 
-// The catalogue's full path: the application directory, the separator, "device.ide".
+// The catalogue's full path: "device.ide" in the application directory when there is one there, else
+// the one in the installed data directory when that exists, else the application directory's (missing).
 QString deviceCataloguePath();
 
 // Fills the combo with the names of the device lines, in file order; with globals().UsePBP false only

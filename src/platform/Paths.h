@@ -13,6 +13,9 @@ public:
     virtual QString applicationDirectory() = 0;
     // Where a search for the compilers may start.
     virtual QStringList searchRoots() = 0;
+    // The directory of the data shipped with an installed program (its device.ide), without a closing
+    // separator; empty when the program's files all lie in the application directory.
+    virtual QString installedDataDirectory() { return {}; }
 };
 
 // The separator the system joins a directory and a name with.
