@@ -1,0 +1,54 @@
+#pragma once
+// The programmer kinds and the rules that turn a kind's path and command line template into a launch:
+// the brace tokens, the hex file name, the programmer's directory and the split into arguments.
+
+#include "core/Settings.h"
+
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <optional>
+
+class DeviceCombo;
+
+// One programmer kind with its own two keys, so that switching kinds loses nothing.
+struct ProgrammerKind {
+    Key pathKey;
+    Key optionsKey;
+    QString name;    // as the options dialog lists it
+    QString filter;  // the browse filter, "description|pattern|..."
+};
+
+inline constexpr int kProgrammerKinds = 4;
+// 0 EPICWin, 1 melabs Loader, 2 PicStart Plus (MPLAB), 3 Other; anything else none.
+std::optional<ProgrammerKind> programmerKindAt(int type);
+
+// The document's path up to and including its first "." (of the whole path), then "hex"; "hex" alone
+// for a path without a dot.
+QString hexFileName(const QString& pathName);
+
+// The entry selected in the device list, from its fourth character on (PIC16F84 gives 16F84). A list
+// without a selection, or with one past its end, selects its first entry; an empty list is a Failure.
+QString selectProgrammerDevice(DeviceCombo& combo);
+
+// Gives the value of one brace token, braces included.
+using TokenValueFn = std::function<QString(const QString& token)>;
+
+// The token values of a native programmer: paths as this platform writes them, the short forms through
+// GetDosPath (which reports a missing file itself and gives the empty string). Unknown tokens give "".
+QString TokenValue(const QString& token, const QString& pathName, DeviceCombo& devices);
+
+// Replaces the tokens of a template in place, each token's value worked out once through tokenValue.
+void ExpandCommandLineTokens(QString& options, const TokenValueFn& tokenValue);
+
+// The directory to run the programmer in: the text before the last separator of its path name; none for a
+// path without one (the launch then goes by the platform's search).
+std::optional<QString> programmerDirectory(const QString& pathName);
+
+// What is started: the program's path (blanks allowed) and the expanded options split into arguments,
+// double quotes keeping one argument together. No shell sees any of it.
+struct ProgrammerCommand {
+    QString program;
+    QStringList args;
+};
+ProgrammerCommand programmerCommand(const QString& pathName, const QString& expandedOptions);

@@ -1,0 +1,45 @@
+#pragma once
+// The programmer options: which programmer kind, its path and its command line template.
+// Made anew at each opening, so it starts from what is stored; OK stores the selected kind only.
+
+#include <QDialog>
+
+class Frame;
+class QComboBox;
+class QKeyEvent;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+class frmProgrammer : public QDialog {
+    Q_OBJECT
+public:
+    // Builds the controls and runs Form_Load; nothing is shown.
+    explicit frmProgrammer(Frame& frame);
+    ~frmProgrammer() override;
+
+    QComboBox* Programmer = nullptr;
+    QLabel* Label2 = nullptr;
+    QLineEdit* ProgrammerPath = nullptr;
+    QPushButton* Browse = nullptr;
+    QLabel* Label1 = nullptr;
+    QLineEdit* CommandOptions = nullptr;
+    QPushButton* cmdOK = nullptr;
+    QPushButton* cmdExit = nullptr;
+
+    void Form_Load();
+    void Programmer_Click();
+    void Browse_Click();
+    void cmdOK_Click();
+    void cmdExit_Click();
+
+    // Closing by any way leaves the loaded windows.
+    void done(int result) override;
+
+protected:
+    // Neither button is a default or a cancel button: Enter and Esc close nothing.
+    void keyPressEvent(QKeyEvent* e) override;
+
+private:
+    Frame& frame_;
+};
