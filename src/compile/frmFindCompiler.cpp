@@ -50,8 +50,10 @@ frmFindCompiler::frmFindCompiler(frmCompile& options) : QDialog(&options), optio
     placeInTwips(CPBC, 3195, 1935, 2850, 330);
 
     connect(Command1, &QPushButton::clicked, this, [this] { Command1_Click(); });
-    connect(List1, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (row >= 0)
+    // A click or an arrow key selects an entry; tabbing into the list only makes a row current, which
+    // is no click.
+    connect(List1, &QListWidget::itemSelectionChanged, this, [this] {
+        if (!List1->selectedItems().isEmpty())
             List1_Click();
     });
     connect(CPBP, &QPushButton::clicked, this, [this] { CPBP_Click(); });

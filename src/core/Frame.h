@@ -47,6 +47,9 @@ public:
     // The compiler's banner for the about box's PBPVersion label, set whether or not the box is open.
     virtual void setPBPVersion(const QString& text) = 0;
 
+    // The goto line dialog, modal, over the active document.
+    virtual void showGotoLine() = 0;
+
     // Shows a dialog modally; tests put a hook behind it so that nothing blocks.
     virtual int runModal(QDialog& dlg) = 0;
     // The frame's own window, the owner of the system's top-level windows.

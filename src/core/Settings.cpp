@@ -2,6 +2,7 @@
 
 #include "platform/Paths.h"
 #include "core/Globals.h"
+#include "core/IniText.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -108,17 +109,35 @@ static QString fileFor(const QString& application) {
     return base + QLatin1Char('/') + application + QLatin1Char('/') + application + QStringLiteral(".ini");
 }
 
+// QSettings' own INI form reads ";" as a comment and "\" as an escape in what users type by hand; this one
+// takes every value as it stands. QSettings still gives the file's locking and atomic rewrite.
+static bool readIni(QIODevice& device, QSettings::SettingsMap& map) {
+    const IniEntries entries = parseIniText(device.readAll());
+    for (auto it = entries.cbegin(); it != entries.cend(); ++it)
+        map.insert(it.key(), it.value());
+    return true;
+}
+
+static bool writeIni(QIODevice& device, const QSettings::SettingsMap& map) {
+    IniEntries entries;
+    for (auto it = map.cbegin(); it != map.cend(); ++it)
+        entries.insert(it.key(), it.value().toString());
+    const QByteArray text = iniText(entries);
+    return device.write(text) == text.size();
+}
+
+static QSettings::Format iniFormat() {
+    static const QSettings::Format format = QSettings::registerFormat(QStringLiteral("ini"), readIni, writeIni);
+    return format;
+}
+
 // nullopt when the store has no such value.
 static std::optional<QString> readValue(const QString& file, const QString& section, const QString& key) {
-    QSettings s(file, QSettings::IniFormat);
+    QSettings s(file, iniFormat());
     const QString path = section + QLatin1Char('/') + key;
     if (!s.contains(path))
         return std::nullopt;
-    const QVariant v = s.value(path);
-    // A hand-written value with a bare comma comes back as a list; it was one text.
-    if (v.typeId() == QMetaType::QStringList)
-        return v.toStringList().join(QLatin1Char(','));
-    return v.toString();
+    return s.value(path).toString();
 }
 
 QString GetSetting(const QString& application, const QString& section, const QString& key,
@@ -127,7 +146,7 @@ QString GetSetting(const QString& application, const QString& section, const QSt
 }
 
 void SaveSetting(const QString& application, const QString& section, const QString& key, const QString& value) {
-    QSettings s(fileFor(application), QSettings::IniFormat);
+    QSettings s(fileFor(application), iniFormat());
     s.setValue(section + QLatin1Char('/') + key, value);
     s.sync();
 }

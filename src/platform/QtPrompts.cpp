@@ -53,16 +53,22 @@ Answer QtPrompts::message(const QString& text, const QString& title, Icon icon, 
     }
 }
 
-static std::optional<QString> runFileDialog(QWidget* parent, QFileDialog::AcceptMode mode, const QString& filter,
-                                            const QString& fileName) {
-    QFileDialog dlg(parent);
+void setupFileDialog(QFileDialog& dlg, QFileDialog::AcceptMode mode, const QString& filter, const QString& fileName) {
     dlg.setAcceptMode(mode);
+    // The system asks its own questions after a save dialog (or none): Qt's "replace?" would be one too many.
+    dlg.setOption(QFileDialog::DontConfirmOverwrite);
     dlg.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     const QStringList filters = qtNameFilters(filter);
     if (!filters.isEmpty())
         dlg.setNameFilters(filters);
     if (!fileName.isEmpty())
         dlg.selectFile(fileName);
+}
+
+static std::optional<QString> runFileDialog(QWidget* parent, QFileDialog::AcceptMode mode, const QString& filter,
+                                            const QString& fileName) {
+    QFileDialog dlg(parent);
+    setupFileDialog(dlg, mode, filter, fileName);
     if (dlg.exec() != QDialog::Accepted)
         return std::nullopt;
     const QStringList files = dlg.selectedFiles();

@@ -1,6 +1,8 @@
 #pragma once
 #include "platform/Prompts.h"
 
+#include <QFileDialog>
+
 class QWidget;
 
 // Message boxes and dialogs as Qt widgets, parented to the frame when there is one.
@@ -19,3 +21,6 @@ private:
 
 // "desc|pat;pat|desc|pat|" as Qt name filters, "desc (pat pat)".
 QStringList qtNameFilters(const QString& filter);
+
+// A file dialog as the system's common dialog opens it: filters, the start name, and no question of Qt's own.
+void setupFileDialog(QFileDialog& dlg, QFileDialog::AcceptMode mode, const QString& filter, const QString& fileName);

@@ -1,5 +1,7 @@
 #include "shell/MDIMain.h"
 
+#include "dialogs/MyAbout.h"
+#include "dialogs/frmGotoLine.h"
 #include "document/Document.h"
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
@@ -20,18 +22,39 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QMimeData>
 #include <QDialog>
 #include <QCoreApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QVBoxLayout>
+#include <QDir>
 #include <QWindow>
 
 #include <cerrno>
 #include <cmath>
 
 namespace {
+// The windows besides the frame, in the order the system closes them; others last, as they were loaded.
+std::vector<QWidget*> shutdownOrder(const std::vector<QWidget*>& loaded, const QWidget* frame) {
+    static const char* const order[] = {"CompilerScreen", "frmCompile",  "frmEditor", "frmFindCompiler",
+                                        "frmGotoLine",    "frmProgrammer", "MyAbout"};
+    auto rank = [](const QWidget* w) {
+        const QLatin1String name(w->metaObject()->className());
+        for (int i = 0; i < int(std::size(order)); ++i)
+            if (name == QLatin1String(order[i]))
+                return i;
+        return int(std::size(order));
+    };
+    std::vector<QWidget*> out;
+    for (QWidget* w : loaded)
+        if (w != frame)
+            out.push_back(w);
+    std::stable_sort(out.begin(), out.end(), [&](QWidget* a, QWidget* b) { return rank(a) < rank(b); });
+    return out;
+}
+
 // Stored placement can hold anything; keep what reaches the window system inside a sane range.
 int clampedPixels(int px) { return qBound(-32000, px, 32000); }
 int twipsX(float t) { return clampedPixels(int(std::lround(qBound(-1e7, double(t), 1e7) * screenDpiX() / 1440.0))); }
@@ -39,7 +62,7 @@ int twipsY(float t) { return clampedPixels(int(std::lround(qBound(-1e7, double(t
 }  // namespace
 
 MDIMain::MDIMain(QString commandLine, QWidget* parent)
-    : QMainWindow(parent), commandLine_(std::move(commandLine)), openSave_(globals().prompts) {
+    : QMainWindow(parent), commandLine_(absolutePath(commandLine)), openSave_(globals().prompts) {
     setWindowTitle(QStringLiteral("Quillbay Lite"));
     setAttribute(Qt::WA_DeleteOnClose, false);
     auto* central = new QWidget(this);
@@ -66,6 +89,13 @@ MDIMain::~MDIMain() {
     delete mdi_;
     mdi_ = nullptr;
     globals().removeWindow(this);
+}
+
+QString MDIMain::absolutePath(const QString& path) {
+    // Taken against the directory of this moment: a compile changes the working directory later.
+    if (path.isEmpty() || QDir::isAbsolutePath(path))
+        return path;
+    return QDir::currentPath() + QLatin1Char('/') + path;
 }
 
 QString MDIMain::commandLineFrom(const QCoreApplication& app) {
@@ -130,7 +160,7 @@ void MDIMain::MDIForm_Load() {
     skipOnFailure([&] { EnableTools(true); });
     // The command line is taken whole: no trimming, no quotes removed.
     const QString path = commandLine_.isEmpty() ? setting(Key::LastFile) : commandLine_;
-    skipOnFailure([&] { createDocument(path); });
+    createCountedDocument(path, true);
     skipOnFailure([&] {
         if (frmEditor* doc = activeDocument())
             AddWindowEntry(doc->Caption());
@@ -165,7 +195,23 @@ void MDIMain::placeFrame() {
     }
 }
 
-frmEditor* MDIMain::createDocument(const QString& path, bool missingIsEmpty) {
+bool MDIMain::createCountedDocument(const QString& path, bool missingIsEmpty) {
+    try {
+        createDocument(path, missingIsEmpty);
+        return true;
+    } catch (const Failure& f) {
+        // The window is gone again, and so is the count it took; the tools and the label follow.
+        --miDocCount_;
+        if (miDocCount_ == 0)
+            skipOnFailure([&] { EnableTools(false); });
+        skipOnFailure([&] { setOpenDocsCaption(QStringLiteral("Files: ") + QString::number(miDocCount_)); });
+        ShowError(f);
+        return false;
+    }
+}
+
+frmEditor* MDIMain::createDocument(const QString& rawPath, bool missingIsEmpty) {
+    const QString path = absolutePath(rawPath);
     auto* doc = new frmEditor(*this);
     try {
         doc->View->document().LoadFile(path);
@@ -237,10 +283,9 @@ void MDIMain::MDIForm_Unload() {
     });
     skipOnFailure([&] { saveRecentFiles(SSActiveToolBars1); });
     skipOnFailure([&] { saveSetting(Key::DefaultDevice, QString::number(deviceListIndex())); });
-    // The other windows of the system go with the frame.
-    for (QWidget* w : std::vector<QWidget*>(globals().loadedWindows))
-        if (w != this)
-            skipOnFailure([&] { w->close(); });
+    // The other windows of the system go with the frame, the output screen first, the about box last.
+    for (QWidget* w : shutdownOrder(globals().loadedWindows, this))
+        skipOnFailure([&] { w->close(); });
 }
 
 void MDIMain::EnableTools(bool enabled) {
@@ -302,5 +347,17 @@ void MDIMain::picStatus_Paint() {
 }
 
 void MDIMain::picStatus_Resize() { picStatus_Paint(); }
+
+void MDIMain::setPBPVersion(const QString& text) { MyAbout::instance(this).setPBPVersion(text); }
+
+QString MDIMain::PBPVersion() const {
+    const MyAbout* about = MyAbout::find();
+    return about ? about->PBPVersion->text() : QString();
+}
+
+void MDIMain::showGotoLine() {
+    frmGotoLine dlg(this);
+    runModal(dlg);
+}
 
 int MDIMain::runModal(QDialog& dlg) { return modalHook ? modalHook(dlg) : dlg.exec(); }

@@ -3,8 +3,10 @@
 
 #include "core/Frame.h"
 #include "platform/OpenSave.h"
+#include "shell/Arrange.h"
 #include "shell/ToolBars.h"
 
+#include <QHash>
 #include <QMainWindow>
 #include <QString>
 #include <functional>
@@ -30,6 +32,8 @@ public:
 
     // The arguments after the program's name, joined by single blanks: a path with blanks needs no quotes.
     static QString commandLineFrom(const QCoreApplication& app);
+    // A relative path taken against the working directory of this moment; an absolute one as it is.
+    static QString absolutePath(const QString& path);
 
     // The frame as the other parts know it.
     void ShowError(const Failure& f) override;
@@ -47,7 +51,8 @@ public:
     OpenSave& openSave() override { return openSave_; }
     void removeWindowEntry(const QString& id) override;
     void setOpenDocsCaption(const QString& caption) override;
-    void setPBPVersion(const QString& text) override { pbpVersion_ = text; }
+    void setPBPVersion(const QString& text) override;
+    void showGotoLine() override;
     int runModal(QDialog& dlg) override;
     QWidget* frameWindow() override { return this; }
 
@@ -60,8 +65,8 @@ public:
     // The frame's active child, or null with no document.
     frmEditor* activeDocument() const;
     bool loaded() const { return loaded_; }
-    // The compiler's banner as the about box will show it.
-    QString PBPVersion() const { return pbpVersion_; }
+    // The about box's compiler banner; empty while the box isn't loaded.
+    QString PBPVersion() const;
 
     // Creates a document window for a path and shows it. With missingIsEmpty a path that doesn't exist
     // gives an empty document; any other load failure removes the window again and is thrown.
@@ -90,16 +95,20 @@ private:
     void onSubWindowActivated(QMdiSubWindow* sub);
 
     // Commands; false when the command ended early.
+    using Command = std::function<bool(MDIMain&)>;
+    static const QHash<QString, Command>& commands();
     bool runCommand(Tool& tool);
     frmEditor& active() const;
     QStringList loadedTitles(int from) const;
     bool alreadyOpen(const QString& path, bool raisedCount);
     bool newDocument();
-    void createCountedDocument(const QString& path);
+    // Creates a document whose count the caller raised. A refused creation lowers the count again, puts
+    // the tools out when no document is left, and reports the refusal once: false then.
+    bool createCountedDocument(const QString& path, bool missingIsEmpty);
     bool openDocument();
     bool openRecentFile(int entry);
     bool saveAs();
-    void arrange(int how);
+    void arrange(ArrangeMode mode);
     void OpenWebLink(const QString& link);
     void refreshUndoTools();
     void refreshSelectionTools();
@@ -113,7 +122,6 @@ private:
     OpenSave openSave_;
     bool loaded_ = false;
     bool unloaded_ = false;
-    QString pbpVersion_;
     // The stored outer size, until the window manager's frame is known and the client can be fitted.
     std::optional<QSize> pendingOuter_;
 };

@@ -1,12 +1,16 @@
 // The frame's command handler: every tool click arrives here and runs its command.
 #include "compile/CompileRun.h"
 #include "compile/frmCompile.h"
+#include "dialogs/MyAbout.h"
+#include "programmer/ProgrammerRun.h"
+#include "programmer/frmProgrammer.h"
 #include "document/Document.h"
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
 #include "platform/Failure.h"
 #include "platform/Launcher.h"
 #include "platform/Prompts.h"
+#include "shell/Arrange.h"
 #include "shell/CommandRules.h"
 #include "core/Globals.h"
 #include "shell/MDIMain.h"
@@ -15,6 +19,7 @@
 #include "shell/WindowList.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
@@ -29,8 +34,6 @@ const QString kOpenFilter = QStringLiteral(
 const QString kSaveAsFilter = QStringLiteral(
     "PicBasic Pro Source Code (*.pbp)|*.pbp|PicBasic Source Code (*.pbc)|*.pbc|Basic Source Code "
     "(*.bas)|*.bas|All Files (*.*)|*.*|");
-
-bool is(const QString& id, const char* name) { return id == QLatin1String(name); }
 
 void message(const QString& text, Icon icon = Icon::None, const QString& title = {}) {
     globals().prompts->message(text, title, icon, Buttons::Ok);
@@ -103,98 +106,172 @@ void MDIMain::SSActiveToolBars1_ComboCloseUp(Tool& tool) {
     });
 }
 
+// The commands by tool id, compared exactly. A handler gives false when its command ended early.
+const QHash<QString, MDIMain::Command>& MDIMain::commands() {
+    using M = MDIMain;
+    auto onView = [](void (SourceView::*op)()) {
+        return [op](M& f) {
+            (f.active().View->*op)();
+            return true;
+        };
+    };
+    auto editCommand = [](int command) {
+        return [command](M& f) {
+            f.active().View->ExecuteCommand(command);
+            return true;
+        };
+    };
+    auto margin = [](MarginStyle style) {
+        return [style](M& f) {
+            f.active().View->setMarginStyle(style);
+            return true;
+        };
+    };
+    auto arrangeBy = [](ArrangeMode mode) {
+        return [mode](M& f) {
+            f.arrange(mode);
+            return true;
+        };
+    };
+    static const QHash<QString, Command> table = {
+        {"ID_New", &M::newDocument},
+        {"ID_Open", &M::openDocument},
+        {"ID_File1", [](M& f) { return f.openRecentFile(1); }},
+        {"ID_File2", [](M& f) { return f.openRecentFile(2); }},
+        {"ID_File3", [](M& f) { return f.openRecentFile(3); }},
+        {"ID_File4", [](M& f) { return f.openRecentFile(4); }},
+        {"ID_Close",
+         [](M& f) {
+             frmEditor& doc = f.active();
+             // The window's own close asks again; a document saved at the first question isn't asked twice.
+             if (doc.SaveModified())
+                 doc.subWindow()->close();
+             return true;
+         }},
+        {"ID_Save",
+         [](M& f) {
+             Document& doc = f.active().View->document();
+             doc.SaveFile(doc.PathName());
+             return true;
+         }},
+        {"ID_SaveAs", &M::saveAs},
+        {"ID_Print", onView(&SourceView::PrintText)},
+        {"ID_Exit",
+         [](M& f) {
+             f.close();
+             return true;
+         }},
+        {"ID_Undo",
+         [](M& f) {
+             f.active().View->document().Undo();
+             f.refreshUndoTools();
+             return true;
+         }},
+        {"ID_Redo",
+         [](M& f) {
+             f.active().View->document().Redo();
+             f.refreshUndoTools();
+             return true;
+         }},
+        {"ID_Cut",
+         [](M& f) {
+             f.active().View->Cut();
+             f.refreshPasteTool();
+             return true;
+         }},
+        {"ID_Copy",
+         [](M& f) {
+             f.active().View->Copy();
+             f.refreshPasteTool();
+             return true;
+         }},
+        {"ID_Paste",
+         [](M& f) {
+             f.active().View->Paste();
+             f.refreshUndoTools();
+             return true;
+         }},
+        {"ID_SelectAll",
+         [](M& f) {
+             SourceView& v = *f.active().View;
+             const int last = v.document().NumLines() - 1;
+             v.SetSel(0, 0, v.document().GetLineLength(last), last);
+             f.refreshSelectionTools();
+             return true;
+         }},
+        {"ID_SelectLine",
+         [](M& f) {
+             SourceView& v = *f.active().View;
+             const int y = v.CaretY();
+             v.SetSel(0, y, v.document().GetLineLength(y), y);
+             f.refreshSelectionTools();
+             return true;
+         }},
+        {"ID_SelectWord", onView(&SourceView::SelectWord)},
+        {"ID_Find", onView(&SourceView::Find)},
+        {"ID_FindNext", onView(&SourceView::FindNext)},
+        {"ID_Replace", onView(&SourceView::Replace)},
+        {"ID_GotoLine", editCommand(EditCommand::GotoLine)},
+        {"ID_Indent", editCommand(EditCommand::Indent)},
+        {"ID_Outdent", editCommand(EditCommand::Outdent)},
+        {"ID_NoMargin", margin(MarginStyle::None)},
+        {"ID_FixedMargin", margin(MarginStyle::Fixed)},
+        {"ID_ScrollingMargin", margin(MarginStyle::Scrolling)},
+        {"ID_Edit",
+         [](M& f) {
+             if (globals().ClickedTokenClass == 0)
+                 f.setToolEnabled(QStringLiteral("ID_TokenColor"), false);
+             return true;
+         }},
+        {"ID_Compile",
+         [](M& f) {
+             frmEditor& doc = f.active();
+             // The compiler sees what is on the screen; a failed save starts no compile.
+             doc.View->document().SaveFile(doc.View->document().PathName());
+             GoCompile(doc);
+             return true;
+         }},
+        {"ID_CompilerOptions",
+         [](M& f) {
+             frmCompile dlg(f);
+             f.runModal(dlg);
+             f.update();
+             return true;
+         }},
+        {"ID_Epic",
+         [](M& f) {
+             // Nothing is saved first: the programmer takes the hex file of the last compile.
+             GoProgram(f.active());
+             return true;
+         }},
+        {"ID_ProgrammerOptions",
+         [](M& f) {
+             frmProgrammer dlg(f);
+             f.runModal(dlg);
+             f.update();
+             return true;
+         }},
+        {"ID_About",
+         [](M& f) {
+             // OK unloads the box; it isn't touched afterwards.
+             f.runModal(MyAbout::instance(&f));
+             return true;
+         }},
+        {"ID_TileH", arrangeBy(ArrangeMode::TileHorizontal)},
+        {"ID_TileV", arrangeBy(ArrangeMode::TileVertical)},
+        {"ID_Cascade", arrangeBy(ArrangeMode::Cascade)},
+        {"ID_Arrange", arrangeBy(ArrangeMode::Icons)},
+    };
+    return table;
+}
+
 bool MDIMain::runCommand(Tool& tool) {
     const QString id = tool.ID();
-    if (is(id, "ID_New"))
-        return newDocument();
-    if (is(id, "ID_Open"))
-        return openDocument();
-    for (int n = 1; n <= 4; ++n)
-        if (id == QStringLiteral("ID_File%1").arg(n))
-            return openRecentFile(n);
-    if (is(id, "ID_Close")) {
-        frmEditor& doc = active();
-        // The window's own close asks again; a document saved at the first question isn't asked twice.
-        if (doc.SaveModified())
-            doc.subWindow()->close();
-    } else if (is(id, "ID_Save")) {
-        Document& doc = active().View->document();
-        doc.SaveFile(doc.PathName());
-    } else if (is(id, "ID_SaveAs")) {
-        return saveAs();
-    } else if (is(id, "ID_Print")) {
-        active().View->PrintText();
-    } else if (is(id, "ID_Exit")) {
-        close();
-    } else if (is(id, "ID_Undo")) {
-        active().View->document().Undo();
-        refreshUndoTools();
-    } else if (is(id, "ID_Redo")) {
-        active().View->document().Redo();
-        refreshUndoTools();
-    } else if (is(id, "ID_Cut")) {
-        active().View->Cut();
-        refreshPasteTool();
-    } else if (is(id, "ID_Copy")) {
-        active().View->Copy();
-        refreshPasteTool();
-    } else if (is(id, "ID_Paste")) {
-        active().View->Paste();
-        refreshUndoTools();
-    } else if (is(id, "ID_SelectAll")) {
-        SourceView& v = *active().View;
-        const int last = v.document().NumLines() - 1;
-        v.SetSel(0, 0, v.document().GetLineLength(last), last);
-        refreshSelectionTools();
-    } else if (is(id, "ID_SelectLine")) {
-        SourceView& v = *active().View;
-        const int y = v.CaretY();
-        v.SetSel(0, y, v.document().GetLineLength(y), y);
-        refreshSelectionTools();
-    } else if (is(id, "ID_SelectWord")) {
-        active().View->SelectWord();
-    } else if (is(id, "ID_Find")) {
-        active().View->Find();
-    } else if (is(id, "ID_FindNext")) {
-        active().View->FindNext();
-    } else if (is(id, "ID_Replace")) {
-        active().View->Replace();
-    } else if (is(id, "ID_GotoLine")) {
-        active().View->ExecuteCommand(39);
-    } else if (is(id, "ID_Indent")) {
-        active().View->ExecuteCommand(43);
-    } else if (is(id, "ID_Outdent")) {
-        active().View->ExecuteCommand(44);
-    } else if (is(id, "ID_NoMargin")) {
-        active().View->setMarginStyle(0);
-    } else if (is(id, "ID_FixedMargin")) {
-        active().View->setMarginStyle(1);
-    } else if (is(id, "ID_ScrollingMargin")) {
-        active().View->setMarginStyle(2);
-    } else if (is(id, "ID_Edit")) {
-        if (globals().ClickedTokenClass == 0)
-            setToolEnabled(QStringLiteral("ID_TokenColor"), false);
-    } else if (is(id, "ID_Compile")) {
-        frmEditor& doc = active();
-        // The compiler sees what is on the screen; a failed save starts no compile.
-        doc.View->document().SaveFile(doc.View->document().PathName());
-        GoCompile(doc);
-    } else if (is(id, "ID_CompilerOptions")) {
-        frmCompile dlg(*this);
-        runModal(dlg);
-        update();
-    } else if (is(id, "ID_TileH")) {
-        arrange(1);
-    } else if (is(id, "ID_TileV")) {
-        arrange(2);
-    } else if (is(id, "ID_Cascade")) {
-        arrange(0);
-    } else if (is(id, "ID_Arrange")) {
-        arrange(3);
-    } else if (const QString link = webLinkFor(id); !link.isEmpty()) {
+    if (const auto it = commands().constFind(id); it != commands().constEnd())
+        return (*it)(*this);
+    if (const QString link = webLinkFor(id); !link.isEmpty())
         OpenWebLink(link);
-    }
-    // The colour commands, the programmer, its options, the about box and the rest have no command yet.
+    // The menus themselves and the tools without a command pass through.
     return true;
 }
 
@@ -206,19 +283,9 @@ bool MDIMain::newDocument() {
     const QString path = untitledPath(dir, untitledNumber(loadedTitles(0), dir));
     if (alreadyOpen(path, true))
         return false;
-    skipOnFailure([&] { createDocument(path); });
-    skipOnFailure([&] { AddWindowEntry(active().Caption()); });
+    if (createCountedDocument(path, true))
+        skipOnFailure([&] { AddWindowEntry(active().Caption()); });
     return true;
-}
-
-void MDIMain::createCountedDocument(const QString& path) {
-    try {
-        createDocument(path, false);
-    } catch (const Failure&) {
-        // A file that can't be loaded: the window is gone again, and so is the count it took.
-        --miDocCount_;
-        throw;
-    }
 }
 
 bool MDIMain::openDocument() {
@@ -234,7 +301,8 @@ bool MDIMain::openDocument() {
     EnableTools(true);
     if (alreadyOpen(path, true))
         return false;
-    createCountedDocument(path);
+    if (!createCountedDocument(path, false))
+        return false;
     AddWindowEntry(active().Caption());
     enterRecentFile(SSActiveToolBars1, active().View->document().PathName());
     return true;
@@ -246,7 +314,8 @@ bool MDIMain::openRecentFile(int entry) {
     const QString path = recentFilePath(SSActiveToolBars1, entry);
     if (alreadyOpen(path, true))
         return false;
-    createCountedDocument(path);
+    if (!createCountedDocument(path, false))
+        return false;
     AddWindowEntry(active().Caption());
     return true;
 }
@@ -274,41 +343,27 @@ void MDIMain::OpenWebLink(const QString& link) {
         message(QStringLiteral("Unable to launch application."));
 }
 
-void MDIMain::arrange(int how) {
-    const QList<QMdiSubWindow*> all = mdi_->subWindowList(QMdiArea::CreationOrder);
-    if (how == 0) {
+void MDIMain::arrange(ArrangeMode mode) {
+    if (mode == ArrangeMode::Cascade) {
         mdi_->cascadeSubWindows();
         return;
     }
     QList<QMdiSubWindow*> normal, minimised;
-    for (QMdiSubWindow* s : all)
+    for (QMdiSubWindow* s : mdi_->subWindowList(QMdiArea::CreationOrder))
         (s->isMinimized() ? minimised : normal) << s;
     const QRect area = mdi_->viewport()->rect();
-    if (how == 3) {
-        // Minimised documents in a row along the bottom edge, left to right.
-        int x = 0;
-        for (QMdiSubWindow* s : minimised) {
-            const QSize sz = s->size();
-            if (x + sz.width() > area.width() && x > 0)
-                x = 0;
-            s->move(x, area.height() - sz.height());
-            x += sz.width();
-        }
+    if (mode == ArrangeMode::Icons) {
+        QList<QSize> sizes;
+        for (QMdiSubWindow* s : minimised)
+            sizes << s->size();
+        const QList<QPoint> places = iconPlaces(area, sizes);
+        for (qsizetype i = 0; i < minimised.size(); ++i)
+            minimised[i]->move(places[i]);
         return;
     }
-    if (normal.isEmpty())
-        return;
-    // Tile horizontally: one above the other; vertically: side by side.
-    const int n = int(normal.size());
-    for (int i = 0; i < n; ++i) {
-        QMdiSubWindow* s = normal[i];
-        s->showNormal();
-        if (how == 1) {
-            const int h = area.height() / n;
-            s->setGeometry(0, i * h, area.width(), i == n - 1 ? area.height() - i * h : h);
-        } else {
-            const int w = area.width() / n;
-            s->setGeometry(i * w, 0, i == n - 1 ? area.width() - i * w : w, area.height());
-        }
+    const QList<QRect> rects = tiles(area, int(normal.size()), mode);
+    for (qsizetype i = 0; i < normal.size(); ++i) {
+        normal[i]->showNormal();
+        normal[i]->setGeometry(rects[i]);
     }
 }

@@ -17,12 +17,9 @@
 
 namespace {
 
-// The desktop's own icon where its theme has one, else the bundled picture (16 px, and 32 px for dense screens).
+// The bundled picture, 16 px and 32 px for dense screens.
 QIcon toolIcon(const Tool& tool) {
-    for (const QString& name : tool.themeIcon().split(QLatin1Char(' '), Qt::SkipEmptyParts))
-        if (QIcon::hasThemeIcon(name))
-            return QIcon::fromTheme(name);
-    const QString file = tool.fallbackIcon();
+    const QString file = tool.icon();
     if (file.isEmpty())
         return {};
     QIcon icon;
@@ -116,6 +113,11 @@ void SSActiveToolBars::attach(QMainWindow& frame) {
     standard_->setObjectName(QLatin1String(kStandardBand));
     standard_->setIconSize(QSize(16, 16));
     standard_->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    // Tight spacing, as bands of 16-pixel icons have: the whole band, "Files:" label included, fits the
+    // frame's first-start width.
+    standard_->setStyleSheet(QStringLiteral("QToolBar { spacing: 0px; padding: 0px; }"
+                                            "QToolBar::separator { width: 5px; }"
+                                            "QToolButton { padding: 1px; margin: 0px; }"));
     // No band layout is kept, so the user gets no way to move or hide it.
     standard_->setMovable(false);
     standard_->toggleViewAction()->setVisible(false);
@@ -184,6 +186,11 @@ QAction* SSActiveToolBars::makeAction(Tool& place, QWidget* container) {
     if (!tool.ToolTip().isEmpty())
         a->setToolTip(tool.ToolTip());
     a->setIcon(toolIcon(tool));
+    // The keys go on the menu entry alone: two actions with one key would make the key ambiguous, and
+    // the menu shows them. Where the editing control takes a key itself (copy, undo ...), the control's
+    // handling wins and the entry's key doesn't fire a second time.
+    if (qobject_cast<QMenu*>(container) && !tool.shortcuts().isEmpty())
+        a->setShortcuts(tool.shortcuts());
     if (tool.kind() == ToolKind::Menu) {
         a->setMenu(menus_.value(&tool).data());
         return a;

@@ -210,8 +210,11 @@ ToolModel::ToolModel() : tools_(*this, ToolList::Kind::Main, {}, nullptr) {
         t.visible_ = d.visible;
         t.pressed_ = d.pressed;
         t.width_ = d.width;
-        t.themeIcon_ = QString::fromUtf8(d.themeIcon ? d.themeIcon : "");
-        t.fallbackIcon_ = QString::fromUtf8(d.fallbackIcon ? d.fallbackIcon : "");
+        t.icon_ = QString::fromUtf8(d.icon ? d.icon : "");
+        if (d.standardKey != QKeySequence::UnknownKey)
+            t.shortcuts_ = QKeySequence::keyBindings(d.standardKey);
+        else if (d.keys)
+            t.shortcuts_ = {QKeySequence(QString::fromLatin1(d.keys))};
         if (d.kind == ToolKind::Menu)
             t.menu_.reset(new ToolMenu(*this, t));
         if (d.kind == ToolKind::ComboBox)

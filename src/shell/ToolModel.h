@@ -10,6 +10,8 @@
 #include "shell/ToolTable.h"
 
 #include <QString>
+#include <QKeySequence>
+#include <QList>
 #include <QStringList>
 
 #include <memory>
@@ -161,8 +163,10 @@ public:
     const QString& ToolTip() const { return base_->tooltip_; }
     const QString& Group() const { return base_->group_; }
     int Width() const { return width_; }
-    const QString& themeIcon() const { return base_->themeIcon_; }
-    const QString& fallbackIcon() const { return base_->fallbackIcon_; }
+    // The bundled picture's resource path; empty for a tool without one.
+    const QString& icon() const { return base_->icon_; }
+    // The keys of the tool's menu entry; empty for none.
+    const QList<QKeySequence>& shortcuts() const { return base_->shortcuts_; }
 
     // Of a menu tool: its member list. Anything else is a failure.
     ToolMenu& Menu();
@@ -193,7 +197,8 @@ private:
     bool enabled_ = true;
     bool visible_ = true;
     bool pressed_ = false;
-    QString tooltip_, group_, themeIcon_, fallbackIcon_;
+    QString tooltip_, group_, icon_;
+    QList<QKeySequence> shortcuts_;
     std::vector<Tool*> placesOfBase_;
     std::unique_ptr<ToolMenu> menu_;
     std::unique_ptr<ToolCombo> combo_;

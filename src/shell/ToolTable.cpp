@@ -4,8 +4,8 @@ namespace {
 
 using K = ToolKind;
 
-// Theme names are tried in order; the bundled picture comes last.
-#define ICON(theme, file) .themeIcon = theme, .fallbackIcon = ":/icons/" file ".png"
+#define ICON(file) .icon = ":/icons/" file ".png"
+using Key = QKeySequence;
 
 const std::vector<ToolDef> kTools = {
     // The menus of the menu bar and the two submenus.
@@ -21,15 +21,15 @@ const std::vector<ToolDef> kTools = {
 
     // File
     {.id = "ID_New", .kind = K::Button, .caption = "&New", .tooltip = "New Project",
-     ICON("document-new", "document-new")},
+     ICON("document-new"), .standardKey = Key::New},
     {.id = "ID_Open", .kind = K::Button, .caption = "&Open", .tooltip = "Open Project",
-     ICON("document-open", "document-open")},
-    {.id = "ID_Close", .kind = K::Button, .caption = "&Close", .enabled = false},
+     ICON("document-open"), .standardKey = Key::Open},
+    {.id = "ID_Close", .kind = K::Button, .caption = "&Close", .enabled = false, .standardKey = Key::Close},
     {.id = "ID_Save", .kind = K::Button, .caption = "&Save", .tooltip = "Save Project", .enabled = false,
-     ICON("document-save", "document-save")},
+     ICON("document-save"), .standardKey = Key::Save},
     {.id = "ID_SaveAs", .kind = K::Button, .caption = "Save &As", .enabled = false},
     {.id = "ID_Print", .kind = K::Button, .caption = "&Print", .tooltip = "Print ", .enabled = false,
-     ICON("document-print", "document-print")},
+     ICON("document-print"), .standardKey = Key::Print},
     {.id = "ID_File1", .kind = K::Button, .caption = "&1", .visible = false},
     {.id = "ID_File2", .kind = K::Button, .caption = "&2", .visible = false},
     {.id = "ID_File3", .kind = K::Button, .caption = "&3", .visible = false},
@@ -38,15 +38,15 @@ const std::vector<ToolDef> kTools = {
 
     // Edit
     {.id = "ID_Undo", .kind = K::Button, .caption = "&Undo", .tooltip = "Undo", .enabled = false,
-     ICON("edit-undo", "edit-undo")},
+     ICON("edit-undo"), .standardKey = Key::Undo},
     {.id = "ID_Redo", .kind = K::Button, .caption = "&Redo", .tooltip = "Redo", .enabled = false,
-     ICON("edit-redo", "edit-redo")},
+     ICON("edit-redo"), .standardKey = Key::Redo},
     {.id = "ID_Cut", .kind = K::Button, .caption = "Cu&t", .tooltip = "Cut", .enabled = false,
-     ICON("edit-cut", "edit-cut")},
+     ICON("edit-cut"), .standardKey = Key::Cut},
     {.id = "ID_Copy", .kind = K::Button, .caption = "&Copy", .tooltip = "Copy", .enabled = false,
-     ICON("edit-copy", "edit-copy")},
+     ICON("edit-copy"), .standardKey = Key::Copy},
     {.id = "ID_Paste", .kind = K::Button, .caption = "&Paste", .tooltip = "Paste", .enabled = false,
-     ICON("edit-paste", "edit-paste")},
+     ICON("edit-paste"), .standardKey = Key::Paste},
     {.id = "ID_SelectAll", .kind = K::Button, .caption = "Select &All", .enabled = false},
     {.id = "ID_SelectLine", .kind = K::Button, .caption = "Select &Line", .enabled = false},
     {.id = "ID_SelectWord", .kind = K::Button, .caption = "Select &Word", .enabled = false},
@@ -55,18 +55,19 @@ const std::vector<ToolDef> kTools = {
     {.id = "ID_BackgroundColor", .kind = K::Button, .caption = "&Background Color", .enabled = false},
     {.id = "ID_TokenColor", .kind = K::Button, .caption = "&Token Color", .enabled = false},
     {.id = "ID_Find", .kind = K::Button, .caption = "&Find", .tooltip = "Find Text", .enabled = false,
-     ICON("edit-find", "edit-find")},
+     ICON("edit-find"), .standardKey = Key::Find},
     {.id = "ID_FindNext", .kind = K::Button, .caption = "Find &Next", .tooltip = "Find Next", .enabled = false,
-     ICON("edit-find-next go-next", "edit-find-next")},
-    {.id = "ID_Replace", .kind = K::Button, .caption = "R&eplace", .tooltip = "Replace Text", .enabled = false},
+     ICON("edit-find-next"), .standardKey = Key::FindNext},
+    {.id = "ID_Replace", .kind = K::Button, .caption = "R&eplace", .tooltip = "Replace Text", .enabled = false,
+     .standardKey = Key::Replace},
     {.id = "ID_GotoLine", .kind = K::Button, .caption = "&Goto Line"},
 
     // Compile, Programmer
     {.id = "ID_Compile", .kind = K::Button, .caption = "&Compile", .tooltip = "Compile PicBasic Source Code",
-     .enabled = false, ICON("run-build system-run", "compile")},
+     .enabled = false, ICON("compile"), .keys = "F9"},
     {.id = "ID_CompilerOptions", .kind = K::Button, .caption = "Compiler &Options"},
     {.id = "ID_Epic", .kind = K::Button, .caption = "&Launch Programmer", .tooltip = "Launch Programmer",
-     ICON("media-flash", "programmer")},
+     ICON("programmer"), .keys = "F10"},
     {.id = "ID_ProgrammerOptions", .kind = K::Button, .caption = "&Programmer Options"},
 
     // Options: the margin styles, one of which is pressed.
@@ -94,9 +95,9 @@ const std::vector<ToolDef> kTools = {
 
     // On the toolbar only.
     {.id = "ID_Indent", .kind = K::Button, .caption = "Indent", .tooltip = "Indent",
-     ICON("format-indent-more", "format-indent-more")},
+     ICON("format-indent-more")},
     {.id = "ID_Outdent", .kind = K::Button, .caption = "Outdent", .tooltip = "Outdent",
-     ICON("format-indent-less", "format-indent-less")},
+     ICON("format-indent-less")},
     {.id = "ID_Device", .kind = K::ComboBox, .caption = "Micro", .tooltip = "Device", .enabled = false,
      .width = 139},
     {.id = "ID_OpenDocs", .kind = K::Label, .caption = "Files: 0", .width = 75},

@@ -1,6 +1,7 @@
 #pragma once
 // Every tool of the frame, every menu and band with its members: the data the tool model is built from.
 
+#include <QKeySequence>
 #include <vector>
 
 enum class ToolKind { Button, StateButton, ComboBox, Label, Menu };
@@ -18,9 +19,12 @@ struct ToolDef {
     bool pressed = false;
     // Combo boxes and labels on a band, in pixels; 0 for the rest.
     int width = 0;
-    // A freedesktop icon name and the bundled picture that stands in where the desktop has none.
-    const char* themeIcon = nullptr;
-    const char* fallbackIcon = nullptr;
+    // The bundled picture. The desktop's icon theme isn't asked: looking a name up in every theme
+    // directory costs thousands of file lookups at each start on a machine with many of them.
+    const char* icon = nullptr;
+    // The keyboard shortcut of the menu entry: one of the platform's standard keys, or a key of our own.
+    QKeySequence::StandardKey standardKey = QKeySequence::UnknownKey;
+    const char* keys = nullptr;
 };
 
 inline constexpr const char* kSeparatorId = "separator";

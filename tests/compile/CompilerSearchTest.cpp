@@ -2,6 +2,7 @@
 #include "compile/CompilerSearch.h"
 #include "compile/frmCompile.h"
 #include "compile/frmFindCompiler.h"
+#include "platform/PosixPaths.h"
 #include "support/FakeFrame.h"
 #include "core/Settings.h"
 #include "support/Doubles.h"
@@ -15,6 +16,8 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QCoreApplication>
+#include <QFocusEvent>
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -71,6 +74,11 @@ TEST_F(CompilerSearchTest, ListsEachCompilerOnceInUpperCaseAndCountsAcrossSearch
                                   up + "/PBC.EXE/INNER/PBP.EXE", up + "/TOOLS/PBP/PBPW.EXE"}));
     EXPECT_EQ(dlg.lbSearch->text(), "5 files found on drive " + root);
     EXPECT_FALSE(dlg.CPBP->isEnabled()) << "only a click on an entry makes the buttons usable";
+    // Tabbing into the list makes its first row current without selecting it: still no click.
+    dlg.List1->setCurrentRow(0, QItemSelectionModel::NoUpdate);
+    QFocusEvent focusIn(QEvent::FocusIn, Qt::TabFocusReason);
+    QCoreApplication::sendEvent(dlg.List1, &focusIn);
+    EXPECT_FALSE(dlg.CPBP->isEnabled() || dlg.CPBC->isEnabled());
     dlg.Command1_Click();
     dlg.Drive1->setCurrentIndex(1);
     dlg.Command1_Click();
@@ -104,3 +112,19 @@ TEST_F(CompilerSearchTest, ConfigureSetsTheCompilerThenTheFoundPathAndStoresNoth
 }
 
 }  // namespace
+
+TEST(CompilerSearchRoots, WinesDriveCIsOfferedAndItsCompilerFound) {
+    QTemporaryDir prefix;
+    const QByteArray old = qgetenv("WINEPREFIX");
+    qputenv("WINEPREFIX", prefix.path().toLocal8Bit());
+    PosixPaths paths;
+    EXPECT_FALSE(paths.searchRoots().contains(prefix.path() + "/drive_c")) << "no drive C, no root";
+    touch(prefix.path() + "/drive_c/PBP3/PBPW.EXE");
+    const QStringList roots = paths.searchRoots();
+    qputenv("WINEPREFIX", old);
+    ASSERT_TRUE(roots.contains(prefix.path() + "/drive_c"));
+    QStringList found;
+    FindCompilerFiles(prefix.path() + "/drive_c/", {.found = [&](const QString&, const QString& p) { found << p; },
+                                                    .progress = {}, .processEvents = [] { return true; }});
+    EXPECT_EQ(found, QStringList{prefix.path() + "/drive_c/PBP3/PBPW.EXE"});
+}

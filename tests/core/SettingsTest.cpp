@@ -1,6 +1,7 @@
 #include "core/Settings.h"
 #include "support/Doubles.h"
 
+#include <QDir>
 #include <QFile>
 #include <QSettings>
 #include <gtest/gtest.h>
@@ -27,11 +28,12 @@ TEST(Settings, FirstRunReadsDefaultsAndStoresNothing) {
 
 TEST(Settings, StoreLivesUnderTheExecutableName) {
     TestWorld w;
-    EXPECT_EQ(applicationName(), "test_shell");
-    EXPECT_EQ(settingsFilePath(), w.configDir() + "/test_shell/test_shell.ini");
+    EXPECT_EQ(applicationName(), "test_core");
+    EXPECT_EQ(settingsFilePath(), w.configDir() + "/test_core/test_core.ini");
     saveSetting(Key::Top, "15");
-    QSettings raw(settingsFilePath(), QSettings::IniFormat);
-    EXPECT_EQ(raw.value("Startup/Top").toString(), "15");
+    QFile raw(settingsFilePath());
+    ASSERT_TRUE(raw.open(QIODevice::ReadOnly));
+    EXPECT_EQ(raw.readAll(), "[Startup]\nTop=15\n");
     saveSetting(Key::svComment, "255");
     EXPECT_EQ(GetSetting(applicationName(), "ViewColors", "svComment"), "255");
 }
@@ -46,8 +48,10 @@ TEST(Settings, EmptyValueIsNotAMissingOne) {
 
 TEST(Settings, AwkwardTextsRoundTrip) {
     TestWorld w;
-    const QStringList values = {"a,b,c", "\"quoted\"", "C:\\PBP\\PBPW.EXE", "  leading blanks", "trailing  ",
-                                "Grüße – ÆØÅ ☃", "-ampasm -oq", "@at start", "semi;colon=eq", "#hash"};
+    const QStringList values = {"a,b,c",       "\"quoted\"",     "C:\\PBP\\PBPW.EXE", "  leading blanks",
+                                "trailing  ",  "Grüße – ÆØÅ ☃", "-ampasm -oq",      "@at start",
+                                "semi;colon=eq", "#hash",        "two\nlines\r\n",  "@Lines(x\\n)",
+                                "[Startup]",   "\\\\server\\share", "=", ""};
     for (const QString& v : values) {
         saveSetting(Key::CompilerCommandLineOptions, v);
         EXPECT_EQ(setting(Key::CompilerCommandLineOptions), v) << v.toStdString();
@@ -62,14 +66,22 @@ TEST(Settings, DefaultsFollowOtherKeys) {
     EXPECT_EQ(setting(Key::LastFile), "/Untitled.pbp");
 }
 
-TEST(Settings, HandWrittenListValueIsOneText) {
+TEST(Settings, HandWrittenValuesReadAsTyped) {
     TestWorld w;
-    QFile::remove(settingsFilePath());
-    QDir().mkpath(w.configDir() + "/test_shell");
+    QDir().mkpath(w.configDir() + "/test_core");
     QFile f(settingsFilePath());
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("[Startup]\nCompilerCommandLineOptions=-a,-b\nCompilerType=1\n");
+    f.write("; my settings\r\n[Startup]\r\nCompilerCommandLineOptions=-a,-b\r\n"
+            "File3=&3 /a;b.pbp\rCompilerPathName=C:\\PBP\\PBPW.EXE\n  # note\n"
+            "  CompilerType =1\nnot a line\n[ViewFont]\nFontName=\"Courier\"\n");
     f.close();
     EXPECT_EQ(setting(Key::CompilerCommandLineOptions), "-a,-b");
+    EXPECT_EQ(setting(Key::File3), "&3 /a;b.pbp");
+    EXPECT_EQ(setting(Key::CompilerPathName), "C:\\PBP\\PBPW.EXE");
     EXPECT_EQ(setting(Key::CompilerType), "1");
+    EXPECT_EQ(setting(Key::FontName), "\"Courier\"");
+    // A write keeps the others as they were read.
+    saveSetting(Key::Top, "15");
+    EXPECT_EQ(setting(Key::File3), "&3 /a;b.pbp");
+    EXPECT_EQ(setting(Key::CompilerPathName), "C:\\PBP\\PBPW.EXE");
 }

@@ -111,6 +111,21 @@ TEST(Commands, OpenRefusesOtherLetterCaseAndEntersRecentFiles) {
               "Code (*.pbc)|*.pbc|Basic Source Code (*.bas)|*.bas|All Files (*.*)|*.*|");
 }
 
+TEST(Commands, AFileThatCannotBeOpenedWithNoDocumentLeavesTheToolsOff) {
+    RunningFrame t;
+    t.click("ID_Close");
+    ASSERT_EQ(t.f->miDocCount(), 0);
+    const QString binary = t.w.write("image.pbp", QByteArray("GIF\0\1", 5));
+    t.openFile(binary);
+    ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
+    EXPECT_EQ(t.w.prompts.boxes[0].title, "File Error");
+    EXPECT_EQ(t.f->miDocCount(), 0);
+    EXPECT_FALSE(t.enabled("ID_Save"));
+    EXPECT_FALSE(t.enabled("ID_Compile"));
+    EXPECT_EQ(t.openDocsLabel(), "Files: 0");
+    EXPECT_FALSE(t.recentShown(1)) << "a file that didn't open isn't a recent file";
+}
+
 TEST(Commands, FiveOpensKeepTheLastFourNewestFirst) {
     RunningFrame t;
     QStringList paths;
@@ -219,7 +234,7 @@ TEST(Commands, ClosingAllAndOpeningOneGivesOneSeparator) {
 TEST(Commands, EditCommandsAndTheirTools) {
     RunningFrame t;
     SourceView& v = *t.f->activeDocument()->View;
-    v.insert("HIGH PORTB\nLOW PORTB");
+    v.SetText("HIGH PORTB\nLOW PORTB");
     t.click("ID_SelectAll");
     int sc, sl, ec, el;
     v.GetSel(sc, sl, ec, el);
@@ -238,9 +253,10 @@ TEST(Commands, EditCommandsAndTheirTools) {
     EXPECT_EQ(v.Text(), "HIGH PORTB\nLOW PORTB");
     v.SetSel(2, 1, 2, 1);
     t.click("ID_SelectLine");
-    EXPECT_EQ(v.selectedText(), "LOW PORTB");
+    v.GetSel(sc, sl, ec, el);
+    EXPECT_EQ(QList<int>({sc, sl, ec, el}), QList<int>({0, 1, 9, 1}));
     t.click("ID_ScrollingMargin");
-    EXPECT_EQ(v.MarginStyle(), 2);
+    EXPECT_EQ(v.marginStyle(), MarginStyle::Scrolling);
     // The Edit menu opening with no token clicked turns the token colour tool off.
     globals().ClickedTokenClass = 0;
     t.f->toolBars().Tools().Item("ID_TokenColor").setEnabled(true);

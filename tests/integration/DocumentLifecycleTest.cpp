@@ -6,6 +6,7 @@
 #include "shell/MDIMain.h"
 #include "core/Settings.h"
 #include "support/Doubles.h"
+#include "support/Typing.h"
 
 #include <QFile>
 #include <QMdiSubWindow>
@@ -31,7 +32,7 @@ struct RunningFrame {
 
 TEST(SaveModified, YesAlwaysAsksForTheNameAndSavesThere) {
     RunningFrame t;
-    t.doc()->View->insert("HIGH 1");
+    typeText(t.doc()->View->editorWidget(), "HIGH 1");
     const QString other = t.w.appDir() + "/renamed.pbp";
     t.w.prompts.answers = {Answer::Yes};
     t.w.prompts.files = {other};
@@ -45,7 +46,7 @@ TEST(SaveModified, YesAlwaysAsksForTheNameAndSavesThere) {
 
 TEST(SaveModified, CancelInTheDialogOrAnEmptyNameRefusesTheClose) {
     RunningFrame t;
-    t.doc()->View->insert("x");
+    typeText(t.doc()->View->editorWidget(), "x");
     t.w.prompts.answers = {Answer::Yes};
     t.w.prompts.files = {std::nullopt};
     EXPECT_FALSE(t.doc()->subWindow()->close());
@@ -66,7 +67,7 @@ TEST(SaveModified, CancelInTheDialogOrAnEmptyNameRefusesTheClose) {
 
 TEST(SaveModified, FailedSaveReportsAndKeepsTheDocument) {
     RunningFrame t;
-    t.doc()->View->insert("precious");
+    typeText(t.doc()->View->editorWidget(), "precious");
     t.w.prompts.answers = {Answer::Yes};
     t.w.prompts.files = {t.w.appDir() + "/no/such/dir/x.pbp"};
     EXPECT_FALSE(t.doc()->subWindow()->close());

@@ -9,8 +9,11 @@
 #include "statusbar/StatusPicture.h"
 #include "statusbar/cNoStatusBar.h"
 #include "support/Doubles.h"
+#include "support/Typing.h"
 
+#include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QSettings>
@@ -36,7 +39,7 @@ QStringList documentTitles(MDIMain& f) {
     return t;
 }
 
-void type(frmEditor* doc, const QString& text) { doc->View->insert(text); }
+void type(frmEditor* doc, const QString& text) { typeText(doc->View->editorWidget(), text); }
 
 }  // namespace
 
@@ -57,6 +60,11 @@ TEST(Startup, FirstStartWithEmptySettings) {
     EXPECT_TRUE(f->statusBar()->SizeGrip());
     EXPECT_EQ(f->statusBar()->PanelSpring(2), true);
     EXPECT_EQ(f->statusPicture()->height(), twipsToPixelsY(f->statusBar()->Height()));
+    // The whole band fits the first-start width: the open documents label is on it, not in its overflow.
+    QWidget* files = f->toolBars().widget(f->toolBars().Bands("Standard").Tools().Item("ID_OpenDocs"));
+    ASSERT_NE(files, nullptr);
+    EXPECT_TRUE(files->isVisible());
+    EXPECT_LE(f->toolBars().standardBar()->sizeHint().width(), f->width());
     EXPECT_EQ(f->miDocCount(), 1);
     EXPECT_EQ(documentTitles(*f), QStringList{w.appDir() + "/Untitled.pbp"});
     frmEditor* doc = f->activeDocument();
@@ -111,8 +119,55 @@ TEST(Startup, CommandLineIsTakenWhole) {
     EXPECT_TRUE(w.prompts.boxes.empty());
     f->close();
     // Quotes are part of the name: a file that doesn't exist, so an empty document of that name.
+    // It doesn't start with "/", so it is taken in the working directory.
     auto g = start("\"" + spaced + "\"");
-    EXPECT_EQ(documentTitles(*g), QStringList{"\"" + spaced + "\""});
+    EXPECT_EQ(documentTitles(*g), QStringList{QDir::currentPath() + "/\"" + spaced + "\""});
+}
+
+TEST(Startup, ARelativePathIsTakenInTheStartingDirectoryForGood) {
+    TestWorld w;
+    w.writeDeviceCatalogue();
+    QTemporaryDir elsewhere;
+    const QString original = w.write("rel.pbp", "old\n");
+    QDir::setCurrent(w.appDir());
+    auto f = start("rel.pbp");
+    EXPECT_EQ(documentTitles(*f), QStringList{original});
+    // A compile of another document changes the working directory; Save still writes the file it opened.
+    QDir::setCurrent(elsewhere.path());
+    type(f->activeDocument(), "new ");
+    f->SSActiveToolBars1_ToolClick(f->toolBars().Tools().Item("ID_Save"));
+    EXPECT_FALSE(QFile::exists(elsewhere.path() + "/rel.pbp"));
+    QFile saved(original);
+    ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
+    EXPECT_EQ(saved.readAll(), "new old\n");
+    f->close();
+    EXPECT_EQ(setting(Key::LastFile), original);
+    QDir::setCurrent(QDir::tempPath());
+}
+
+TEST(Startup, AFirstDocumentThatCannotBeLoadedLeavesNoCountAndNoTools) {
+    TestWorld w;
+    w.writeDeviceCatalogue();
+    const QString binary = w.write("blink.hex.pbp", QByteArray("\x01\x00\x02", 3));
+    for (const QString& first : {w.appDir(), binary}) {
+        auto f = start(first);
+        ASSERT_EQ(w.prompts.boxes.size(), 1u) << first.toStdString();
+        EXPECT_EQ(w.prompts.boxes[0].title, "File Error");
+        w.prompts.boxes.clear();
+        EXPECT_EQ(f->miDocCount(), 0);
+        EXPECT_EQ(f->activeDocument(), nullptr);
+        auto& tools = f->toolBars().Tools();
+        for (const char* id : {"ID_Save", "ID_Print", "ID_Compile", "ID_Device"})
+            EXPECT_FALSE(tools.Item(id).Enabled()) << id;
+        EXPECT_EQ(f->toolBars().Bands("Standard").Tools().Item("ID_OpenDocs").Caption(), "Files: 0");
+        // New works from there and counts right.
+        f->SSActiveToolBars1_ToolClick(tools.Item("ID_New"));
+        EXPECT_EQ(f->miDocCount(), 1);
+        EXPECT_EQ(f->toolBars().Bands("Standard").Tools().Item("ID_OpenDocs").Caption(), "Files: 1");
+        EXPECT_TRUE(tools.Item("ID_Save").Enabled());
+        EXPECT_TRUE(w.prompts.boxes.empty());
+        f->close();
+    }
 }
 
 TEST(Startup, RefusedCloseStopsShutdownAndSavesNothing) {
@@ -144,7 +199,7 @@ TEST(Startup, ClosingWithNoDocumentKeepsLastFile) {
     w.writeDeviceCatalogue();
     auto f = start(w.appDir() + "/a.pbp");
     // No drops the changes; the last document closes and leaves the frame.
-    f->activeDocument()->View->insert("scratch");
+    typeText(f->activeDocument()->View->editorWidget(), "scratch");
     w.prompts.answers = {Answer::No};
     ASSERT_TRUE(f->activeDocument()->subWindow()->close());
     EXPECT_EQ(f->miDocCount(), 0);

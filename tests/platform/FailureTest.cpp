@@ -58,6 +58,14 @@ TEST(QtPrompts, FiltersBecomeQtNameFilters) {
     EXPECT_TRUE(qtNameFilters("").isEmpty());
 }
 
+TEST(QtPrompts, SaveDialogAsksNoReplaceQuestionOfItsOwn) {
+    QFileDialog dlg;
+    setupFileDialog(dlg, QFileDialog::AcceptSave, "Basic Source Code (*.bas)|*.bas|", "/tmp/blink.bas");
+    EXPECT_TRUE(dlg.testOption(QFileDialog::DontConfirmOverwrite));
+    EXPECT_EQ(dlg.nameFilters(), QStringList({"Basic Source Code (*.bas)"}));
+    EXPECT_EQ(dlg.acceptMode(), QFileDialog::AcceptSave);
+}
+
 TEST(Prompts, ACarriageReturnShowsAsALineBreakAndTheTextIsKept) {
     EXPECT_EQ(displayedMessageText("Error! Invalid Path or File Name: /a b\rIf problem persists"),
               "Error! Invalid Path or File Name: /a b\nIf problem persists");

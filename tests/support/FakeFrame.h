@@ -48,6 +48,7 @@ public:
     void removeWindowEntry(const QString& id) override { removedEntries << id; }
     void setOpenDocsCaption(const QString& caption) override { openDocsCaption = caption; }
     void setPBPVersion(const QString& text) override { pbpVersion = text; }
+    void showGotoLine() override { modals << QStringLiteral("Goto Line"); }
     int runModal(QDialog& dlg) override;
     QWidget* frameWindow() override { return &window; }
 };

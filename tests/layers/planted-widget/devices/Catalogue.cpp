@@ -1,0 +1,2 @@
+#include "devices/Catalogue.h"
+#include <QWidget>
