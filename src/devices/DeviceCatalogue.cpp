@@ -29,10 +29,10 @@ public:
         if (!QFileInfo::exists(file.fileName()))
             throw CatalogueMissing{};
         if (!file.open(QIODevice::ReadOnly))
-            throw Failure(file.error(), file.errorString());
+            throw fileAccessFailure(file.errorString());
         const QByteArray bytes = file.readAll();
         if (file.error() != QFileDevice::NoError)
-            throw Failure(file.error(), file.errorString());
+            throw fileAccessFailure(file.errorString());
         text_ = QString::fromLocal8Bit(bytes);
     }
     bool readLine(QString& line) {

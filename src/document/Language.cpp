@@ -25,7 +25,7 @@ void Language::ClearReservedWords() {
 
 void Language::AddReservedWord(int set, const QString& word) {
     if (set < 0 || set > 5)
-        throw Failure(5, QStringLiteral("There is no word set %1; the sets are 0 to 5.").arg(set));
+        throw invalidProcedureCall(QStringLiteral("There is no word set %1; the sets are 0 to 5.").arg(set));
     if (word.isEmpty())
         return;
     QString key;

@@ -113,7 +113,7 @@ void SourceView::printTo(QsciPrinter& printer) {
     // QsciPrinter reports success even when its painter never started (a PDF file that can't be created).
     QPainter painter;
     if (!painter.begin(&printer))
-        throw Failure(482, QStringLiteral("The printer could not be started; nothing was printed."));
+        throw printerError(QStringLiteral("The printer could not be started; nothing was printed."));
     if (d->lexer)
         d->lexer->styleAll();
     d->applyPrintLook();
@@ -125,5 +125,5 @@ void SourceView::printTo(QsciPrinter& printer) {
     editor_->SendScintilla(Sci::SCI_SETPRINTCOLOURMODE, mode);
     d->applyLook();
     if (!ok)
-        throw Failure(482, QStringLiteral("The text could not be printed."));
+        throw printerError(QStringLiteral("The text could not be printed."));
 }

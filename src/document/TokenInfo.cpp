@@ -6,7 +6,7 @@ namespace {
 
 void checkClass(int cls) {
     if (cls < 0 || cls >= TokenInfo::kClasses)
-        throw Failure(9, QStringLiteral("There is no token class %1; the classes are 0 to 15.").arg(cls));
+        throw subscriptOutOfRange(QStringLiteral("There is no token class %1; the classes are 0 to 15.").arg(cls));
 }
 
 }  // namespace
@@ -38,7 +38,7 @@ void TokenInfo::SetBackgroundColor(int cls, const QString& color, bool set) {
     // Settings hold system colours as negative numbers, and a colour dialog may give an unsigned one.
     qint64 value = color.trimmed().toLongLong(&ok);
     if (!ok || value < INT32_MIN || value > qint64(UINT32_MAX))
-        throw Failure(13, QStringLiteral("\"%1\" is not a colour number.").arg(color));
+        throw typeMismatch(QStringLiteral("\"%1\" is not a colour number.").arg(color));
     SetBackgroundColor(cls, qint32(quint32(value)), set);
 }
 

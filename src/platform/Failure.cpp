@@ -33,6 +33,7 @@ Failure notSupportedByObject() {
     return Failure(kNotSupportedByObject, QStringLiteral("Object doesn't support this property or method"));
 }
 Failure printerError(const QString& detail) { return Failure(kPrinterError, detail); }
+Failure fileAccessFailure(const QString& osText) { return Failure(kPathFileAccessError, osText); }
 Failure cancelError() { return Failure(kCancelError, QStringLiteral("Cancel was selected.")); }
 
 Failure osFailure(int err, const QString& path) {

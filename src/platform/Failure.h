@@ -46,6 +46,9 @@ Failure notSupportedByObject();
 Failure printerError(const QString& detail);
 Failure cancelError();
 
+// A file that could not be opened or read, with what the file system said.
+Failure fileAccessFailure(const QString& osText);
+
 // A failure from an errno value, with the OS text; path, when given, stands in front of it.
 Failure osFailure(int err, const QString& path = {});
 

@@ -22,13 +22,13 @@ std::vector<DrawCall> RecordingTarget::painting() const {
 
 int RecordingTarget::scaleWidth() const {
     if (notASurface)
-        throw Failure(438, QStringLiteral("Object doesn't support this property or method"));
+        throw notSupportedByObject();
     return client.width();
 }
 
 int RecordingTarget::scaleHeight() const {
     if (notASurface)
-        throw Failure(438, QStringLiteral("Object doesn't support this property or method"));
+        throw notSupportedByObject();
     return client.height();
 }
 
