@@ -162,6 +162,7 @@ SourceView::SourceView(QWidget* parent, bool plainText)
                                 });
     // Scintilla tells of caret moves when it repaints; the input handlers tell sooner.
     d->connections[1] = connect(&e, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int) { checkCaretMoved(); });
+    connect(&e, &QsciScintilla::modificationChanged, this, &SourceView::ModifiedChanged);
 }
 
 SourceView::~SourceView() {
@@ -169,6 +170,7 @@ SourceView::~SourceView() {
     // holds and the parts it calls are still there.
     for (const auto& c : d->connections)
         disconnect(c);
+    disconnect(editor_, &QsciScintilla::modificationChanged, this, &SourceView::ModifiedChanged);
     delete editor_;
 }
 
@@ -295,6 +297,7 @@ void SourceView::Impl::deliverLinesChanged() {
     const PendingLines p = *pendingLines;
     pendingLines.reset();
     const int grown = int(e.SendScintilla(Sci::SCI_GETLINECOUNT)) - p.countBefore;
+    emit q.TextEdited();
     emit q.LinesChanged(p.first, p.first + std::max(grown, 0));
 }
 

@@ -105,8 +105,12 @@ signals:
     void KeyDown(int keyCode, int shift);
     void KeyUp(int keyCode, int shift);
     void LinesChanged(int first, int last);
+    // The text changed, by typing or any other edit: once per operation, after it is done.
+    void TextEdited();
     void MouseMove(int buttons, int shift, int x, int y);
     void MouseUp(int buttons, int shift, int x, int y);
+    // The document's Modified went from false to true or back (an edit, a save, undo to the saved text).
+    void ModifiedChanged(bool modified);
 
 private:
     friend class SourceViewEditor;

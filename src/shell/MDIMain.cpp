@@ -5,6 +5,7 @@
 #include "document/Document.h"
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
+#include "document/frmEditorRecovery.h"
 #include "platform/Failure.h"
 #include "platform/Prompts.h"
 #include "platform/Twips.h"
@@ -165,6 +166,22 @@ void MDIMain::MDIForm_Load() {
         if (frmEditor* doc = activeDocument())
             AddWindowEntry(doc->Caption());
     });
+    // What a crash left unsaved is offered last, over the documents of a normal start.
+    skipOnFailure([&] { recoverDocuments([this](const QString& path) { return openRecovered(path); }); });
+}
+
+frmEditor* MDIMain::openRecovered(const QString& path) {
+    // The start-up document when it is that file unchanged, else a new window.
+    for (QMdiSubWindow* s : mdi_->subWindowList())
+        if (auto* d = qobject_cast<frmEditor*>(s->widget());
+            d && d->Caption() == path && !d->View->document().Modified())
+            return d;
+    ++miDocCount_;
+    skipOnFailure([&] { EnableTools(true); });
+    if (!createCountedDocument(path, true))
+        return nullptr;
+    skipOnFailure([&] { AddWindowEntry(activeDocument()->Caption()); });
+    return activeDocument();
 }
 
 void MDIMain::placeFrame() {
@@ -223,6 +240,8 @@ frmEditor* MDIMain::createDocument(const QString& rawPath, bool missingIsEmpty) 
     }
     doc->View->document().setPathName(path);
     doc->setCaption(path);
+    // After the load: loading is no edit to keep.
+    attachRecovery(*doc);
     QMdiSubWindow* sub = mdi_->addSubWindow(doc);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->showMaximized();

@@ -105,6 +105,8 @@ private:
     // Creates a document whose count the caller raised. A refused creation lowers the count again, puts
     // the tools out when no document is left, and reports the refusal once: false then.
     bool createCountedDocument(const QString& path, bool missingIsEmpty);
+    // A window for a document recovered after a crash; null when none could be made.
+    frmEditor* openRecovered(const QString& path);
     bool openDocument();
     bool openRecentFile(int entry);
     bool saveAs();

@@ -78,6 +78,9 @@ TestWorld::TestWorld() : paths(QString()) {
     paths.appDir = app_.path();
     oldConfig_ = qgetenv("XDG_CONFIG_HOME");
     qputenv("XDG_CONFIG_HOME", config_.path().toLocal8Bit());
+    // Recovery files too: a test must never take over those of a program the developer has running.
+    oldState_ = qgetenv("XDG_STATE_HOME");
+    qputenv("XDG_STATE_HOME", state_.path().toLocal8Bit());
     Globals& g = globals();
     g.reset();
     g.prompts = &prompts;
@@ -95,6 +98,10 @@ TestWorld::~TestWorld() {
         qunsetenv("XDG_CONFIG_HOME");
     else
         qputenv("XDG_CONFIG_HOME", oldConfig_);
+    if (oldState_.isNull())
+        qunsetenv("XDG_STATE_HOME");
+    else
+        qputenv("XDG_STATE_HOME", oldState_);
 }
 
 QString TestWorld::write(const QString& name, const QByteArray& bytes) const {
