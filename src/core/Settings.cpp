@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QLocale>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStringList>
@@ -56,6 +57,7 @@ constexpr KeyInfo kKeys[] = {
     {Key::DefaultDevice, "Startup", "DefaultDevice", "0", false},
     {Key::LastFile, "Startup", "LastFile", nullptr, false},
     {Key::SourceCodePath, "Startup", "SourceCodePath", nullptr, false},
+    {Key::LegacyEncoding, "Startup", "LegacyEncoding", "windows-1252", false},
     {Key::FontName, "ViewFont", "FontName", "Courier", false},
     {Key::svSymbol, "ViewColors", "svSymbol", "0", false},
     {Key::svNumber, "ViewColors", "svNumber", "12632064", false},
@@ -163,6 +165,8 @@ QString defaultOf(Key k) {
     switch (k) {
     case Key::SourceCodePath:
         return applicationDirectory();
+    case Key::LegacyEncoding:
+        return legacyEncodingFor(QLocale::system());
     case Key::LastFile: {
         const QString dir = setting(Key::SourceCodePath);
         return (dir.endsWith(QLatin1Char('/')) ? dir : dir + pathSeparator()) + QStringLiteral("Untitled.pbp");
@@ -173,6 +177,40 @@ QString defaultOf(Key k) {
     const KeyInfo& i = info(k);
     const QString fixed = QString::fromLatin1(i.fixedDefault);
     return i.inAppDir ? inApplicationDirectory(fixed) : fixed;
+}
+
+QString legacyEncodingFor(const QLocale& locale) {
+    const bool cyrillic = locale.script() == QLocale::CyrillicScript;
+    switch (locale.language()) {
+    case QLocale::Polish: case QLocale::Czech: case QLocale::Slovak: case QLocale::Hungarian:
+    case QLocale::Slovenian: case QLocale::Croatian: case QLocale::Romanian: case QLocale::Albanian:
+    case QLocale::LowerSorbian: case QLocale::UpperSorbian:
+        return QStringLiteral("windows-1250");
+    case QLocale::Serbian: case QLocale::Bosnian:
+        return cyrillic ? QStringLiteral("windows-1251") : QStringLiteral("windows-1250");
+    case QLocale::Russian: case QLocale::Ukrainian: case QLocale::Belarusian: case QLocale::Bulgarian:
+    case QLocale::Macedonian: case QLocale::Kazakh: case QLocale::Kyrgyz: case QLocale::Tatar:
+    case QLocale::Mongolian: case QLocale::Tajik: case QLocale::Bashkir:
+        return QStringLiteral("windows-1251");
+    case QLocale::Greek:
+        return QStringLiteral("windows-1253");
+    case QLocale::Turkish:
+        return QStringLiteral("windows-1254");
+    case QLocale::Azerbaijani: case QLocale::Uzbek:
+        return cyrillic ? QStringLiteral("windows-1251") : QStringLiteral("windows-1254");
+    case QLocale::Hebrew: case QLocale::Yiddish:
+        return QStringLiteral("windows-1255");
+    case QLocale::Arabic: case QLocale::Persian: case QLocale::Urdu:
+        return QStringLiteral("windows-1256");
+    case QLocale::Lithuanian: case QLocale::Latvian: case QLocale::Estonian:
+        return QStringLiteral("windows-1257");
+    case QLocale::Vietnamese:
+        return QStringLiteral("windows-1258");
+    case QLocale::Thai:
+        return QStringLiteral("windows-874");
+    default:
+        return QStringLiteral("windows-1252");
+    }
 }
 
 QString setting(Key k) {

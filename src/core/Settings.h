@@ -4,6 +4,8 @@
 
 #include <QString>
 
+class QLocale;
+
 // The store's two operations. A missing value gives the default and stores nothing.
 QString GetSetting(const QString& application, const QString& section, const QString& key,
                    const QString& defaultValue = {});
@@ -23,7 +25,7 @@ enum class Key {
     ProgrammerPathNameOther, ProgrammerCommandLineOptionsOther,
     Height, Width, Left, Top, WindowState,
     File1, File2, File3, File4,
-    DefaultDevice, LastFile, SourceCodePath,
+    DefaultDevice, LastFile, SourceCodePath, LegacyEncoding,
     // ViewFont
     FontName,
     // ViewColors
@@ -35,6 +37,10 @@ QString sectionOf(Key k);
 QString nameOf(Key k);
 // The default, worked out now: some depend on the application directory or on another key.
 QString defaultOf(Key k);
+
+// The Windows code page that text in the locale's language is written in, by the name Qt knows it by:
+// LegacyEncoding's default.
+QString legacyEncodingFor(const QLocale& locale);
 
 // Read with the key's own default; save as text.
 QString setting(Key k);

@@ -5,7 +5,10 @@
 #include "document/SourceView.h"
 #include "document/SourceViewEditor.h"
 #include "document/TextFormat.h"
+#include "core/Globals.h"
+#include "core/Settings.h"
 #include "platform/Failure.h"
+#include "platform/Prompts.h"
 
 #include <QDir>
 #include <QFile>
@@ -117,12 +120,30 @@ void Document::LoadFile(const QString& path) {
                                    .arg(path)),
                QStringLiteral("it holds binary data"));
 
-    const TextFormat format = detectFormat(bytes);
-    const QByteArray utf8 = toUtf8Text(bytes, format.encoding);
+    const TextFormat format = detectFormat(bytes, setting(Key::LegacyEncoding).toLatin1());
+    const QByteArray utf8 = toUtf8Text(bytes, format.encoding, format.codePage);
     bytes.clear();
     setAllText(utf8);
     format_->text = format;
     sci().setEolMode(eolMode(format.lineEnding));
+}
+
+bool Document::askToSaveAsUtf8(const QString& path, QByteArrayView utf8) const {
+    const QString text = QString::fromUtf8(utf8);
+    const CodePage& page = CodePage::named(format_->text.codePage);
+    const qsizetype at = std::max<qsizetype>(page.firstMissing(text), 0);
+    const qsizetype length = at + 1 < text.size() && text[at].isHighSurrogate() ? 2 : 1;
+    const uintptr_t position = uintptr_t(QStringView(text).first(at).toUtf8().size());
+    const long line = sci().SendScintilla(Sci::SCI_LINEFROMPOSITION, position);
+    const QString question =
+        QStringLiteral("The code page of %1, %2, has no byte for \"%3\" (line %4), and perhaps for other "
+                       "characters typed into it.\r\rSave the file as UTF-8 instead? Its other accented letters "
+                       "and symbols are then written in UTF-8 too.\r\rNo: nothing is saved.")
+            .arg(QDir::toNativeSeparators(path), QString::fromLatin1(page.name()), text.mid(at, length))
+            .arg(line + 1);
+    Prompts* prompts = globals().prompts;
+    return prompts && prompts->message(question, QStringLiteral("Save as UTF-8"), Icon::Exclamation,
+                                       Buttons::YesNo) == Answer::Yes;
 }
 
 void Document::SaveFile(const QString& path) {
@@ -131,15 +152,20 @@ void Document::SaveFile(const QString& path) {
         throw Failure(EPERM, QStringLiteral("%1 was not opened, as %2, so this document is not saved over it: "
                                             "that would destroy the file. Save under another name.")
                                  .arg(path, format_->refusedReason));
-    const auto* chars = reinterpret_cast<const char*>(sci().SendScintilla(Sci::SCI_GETCHARACTERPOINTER));
-    const QByteArrayView utf8(chars, sci().SendScintilla(Sci::SCI_GETLENGTH));
+    const auto text = [this] {
+        const auto* chars = reinterpret_cast<const char*>(sci().SendScintilla(Sci::SCI_GETCHARACTERPOINTER));
+        return QByteArrayView(chars, sci().SendScintilla(Sci::SCI_GETLENGTH));
+    };
+    const QByteArrayView utf8 = text();
     TextEncoding encoding = format_->text.encoding;
-    std::optional<QByteArray> bytes = fromUtf8Text(utf8, encoding);
+    std::optional<QByteArray> bytes = fromUtf8Text(utf8, encoding, format_->text.codePage);
     if (!bytes) {
-        // The user typed a character that the file's code page has no byte for: UTF-8 keeps it, where
-        // the code page would have lost it.
+        // The user typed a character that the file's code page has no byte for. Written in UTF-8 it is
+        // kept, but every other 8-bit character of the file changes its bytes: that is the user's choice.
+        if (!askToSaveAsUtf8(path, utf8))
+            throw cancelError();
         encoding = TextEncoding::Utf8;
-        bytes = utf8.toByteArray();
+        bytes = text().toByteArray();  // taken again: the control's buffer may have moved while the box was up
     }
 
     // Unbuffered: a buffered QSaveFile whose last write fails on a full disk still commits the cut file.

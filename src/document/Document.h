@@ -1,6 +1,7 @@
 #pragma once
 // The text of one view: file name, modified state, undo, file reading and writing.
 
+#include <QByteArrayView>
 #include <QString>
 #include <memory>
 
@@ -21,6 +22,8 @@ public:
     void LoadFile(const QString& path);
     // Writes atomically and clears Modified; a failure leaves the old file whole and throws Failure with
     // the system's errno and text. In a folder where no new file may be made, the file is written in place.
+    // Text that the file's code page cannot hold is written as UTF-8 only when the user says so; if not,
+    // nothing is written and the Failure is the cancel one that callers pass over.
     void SaveFile(const QString& path);
 
     // Kept for the system to set; this control has one tokeniser and no modes, so it changes nothing.
@@ -46,6 +49,8 @@ private:
     struct FileFormat;
     SourceViewEditor& sci() const;
     void setAllText(const QByteArray& utf8);
+    // Asks whether to save as UTF-8 what the code page cannot hold; true for Yes.
+    bool askToSaveAsUtf8(const QString& path, QByteArrayView utf8) const;
     // InsertImpl and DeleteImpl calls up to the next UpdateViews make one undo step.
     void beginRun();
     void endRun();

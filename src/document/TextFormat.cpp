@@ -1,7 +1,12 @@
 #include "document/TextFormat.h"
 
+#include <QStringDecoder>
+#include <QStringEncoder>
 #include <algorithm>
 #include <cstring>
+#include <map>
+#include <memory>
+#include <mutex>
 
 namespace {
 
@@ -72,13 +77,19 @@ LineEnding detectLineEnding(QByteArrayView bytes, LineEnding none) {
     return (cr + 1 < bytes.size() && bytes[cr + 1] == '\n') ? LineEnding::CrLf : LineEnding::Cr;
 }
 
-TextFormat detectFormat(QByteArrayView bytes) {
+TextFormat detectFormat(QByteArrayView bytes, QByteArrayView codePage) {
     TextFormat f;
     f.lineEnding = detectLineEnding(bytes);
-    if (hasBom(bytes))
-        f.encoding = isValidUtf8(bytes.sliced(3)) ? TextEncoding::Utf8Bom : TextEncoding::Windows1252;
-    else
-        f.encoding = isValidUtf8(bytes) ? TextEncoding::Utf8 : TextEncoding::Windows1252;
+    if (hasBom(bytes) && isValidUtf8(bytes.sliced(3))) {
+        f.encoding = TextEncoding::Utf8Bom;
+    } else if (isValidUtf8(bytes)) {
+        f.encoding = TextEncoding::Utf8;
+    } else {
+        // Windows-1252 keeps any bytes; a multi-byte page only those that are text of its own.
+        const CodePage& page = CodePage::named(codePage);
+        f.encoding = TextEncoding::CodePage;
+        f.codePage = page.keeps(bytes) ? page.name() : QByteArray(kWindows1252);
+    }
     return f;
 }
 
@@ -109,20 +120,172 @@ std::optional<QByteArray> encodeWindows1252(QStringView text) {
     return out;
 }
 
-QByteArray toUtf8Text(QByteArrayView fileBytes, TextEncoding encoding) {
+QByteArray toUtf8Text(QByteArrayView fileBytes, TextEncoding encoding, QByteArrayView codePage) {
     switch (encoding) {
     case TextEncoding::Utf8: return fileBytes.toByteArray();
     case TextEncoding::Utf8Bom: return fileBytes.sliced(3).toByteArray();
-    case TextEncoding::Windows1252: return decodeWindows1252(fileBytes).toUtf8();
+    case TextEncoding::CodePage: return CodePage::named(codePage).decode(fileBytes).toUtf8();
     }
     return {};
 }
 
-std::optional<QByteArray> fromUtf8Text(QByteArrayView utf8, TextEncoding encoding) {
+std::optional<QByteArray> fromUtf8Text(QByteArrayView utf8, TextEncoding encoding, QByteArrayView codePage) {
     switch (encoding) {
     case TextEncoding::Utf8: return utf8.toByteArray();
     case TextEncoding::Utf8Bom: return QByteArray(kBom, 3) + utf8.toByteArray();
-    case TextEncoding::Windows1252: return encodeWindows1252(QString::fromUtf8(utf8));
+    case TextEncoding::CodePage: return CodePage::named(codePage).encode(QString::fromUtf8(utf8));
     }
     return std::nullopt;
+}
+
+namespace {
+
+bool isWindows1252(QByteArrayView name) { return name.toByteArray().toLower() == kWindows1252; }
+
+// A converter Qt has, and not one of the Unicode forms: those are no code page of 8-bit text.
+bool usableCodePage(const QByteArray& name) {
+    if (name.isEmpty() || !QStringDecoder(name.constData()).isValid() || !QStringEncoder(name.constData()).isValid())
+        return false;
+    const auto e = QStringConverter::encodingForName(name.constData());
+    return !e || *e == QStringConverter::Latin1 || *e == QStringConverter::System;
+}
+
+// Text of a multi-byte page, in pieces the converter is given one at a time.
+constexpr qsizetype kPiece = 4096;
+
+}  // namespace
+
+const CodePage& CodePage::named(QByteArrayView name) {
+    // A memo: each entry depends on its name alone, and is built once for the life of the process.
+    static std::mutex lock;
+    static std::map<QByteArray, std::unique_ptr<CodePage>> pages;
+    const QByteArray key = name.toByteArray().trimmed();
+    const std::lock_guard<std::mutex> hold(lock);
+    auto it = pages.find(key);
+    if (it == pages.end()) {
+        const QByteArray actual = isWindows1252(key) || !usableCodePage(key) ? QByteArray(kWindows1252) : key;
+        it = pages.emplace(key, std::unique_ptr<CodePage>(new CodePage(actual))).first;
+    }
+    return *it->second;
+}
+
+CodePage::CodePage(QByteArray name) : name_(std::move(name)) {
+    std::array<bool, 256> defined{};
+    QByteArray all(256, Qt::Uninitialized);
+    for (int b = 0; b < 256; ++b)
+        all[b] = char(b);
+    if (isWindows1252(name_)) {
+        // Our own table, so that this page needs no converter, and its five undefined bytes stay C1.
+        const QString text = decodeWindows1252(all);
+        for (int b = 0; b < 256; ++b)
+            toChar_[b] = text[b].unicode(), defined[b] = true;
+    } else {
+        // The converter says byte by byte what each stands for: a byte it gives no single character for,
+        // or an error, is undefined. A lead byte gives nothing alone: that page is a multi-byte one.
+        QString singles;
+        for (int b = 0; b < 256; ++b) {
+            QStringDecoder one(name_.constData(), QStringConverter::Flag::Stateless);
+            const QString c = one(QByteArrayView(all).sliced(b, 1));
+            if (c.size() != 1)
+                return;
+            singles += c;
+            toChar_[b] = c[0].unicode();
+            defined[b] = !one.hasError() && !c[0].isSurrogate() && c[0] != QChar::ReplacementCharacter;
+        }
+        // A page with shift states reads a byte differently after others.
+        QStringDecoder run(name_.constData(), QStringConverter::Flag::Stateless);
+        if (QString(run(all)) != singles)
+            return;
+    }
+    toByte_.assign(0x10000, -1);
+    for (int b = 0; b < 256; ++b) {
+        if (!defined[b])
+            continue;
+        if (toByte_[toChar_[b]] < 0)
+            toByte_[toChar_[b]] = qint16(b);
+        else
+            defined[b] = false;  // a second byte for the same character could never be written back
+    }
+    // An undefined byte stands for the C1 control of its number where the page leaves that free, else
+    // for a free character of the private use area.
+    char16_t spare = 0xF700;
+    for (int b = 0; b < 256; ++b) {
+        if (defined[b])
+            continue;
+        char16_t c = b >= 0x80 && b <= 0x9F && toByte_[b] < 0 ? char16_t(b) : 0;
+        if (c == 0) {
+            while (toByte_[spare] >= 0)
+                ++spare;
+            c = spare;
+        }
+        toChar_[b] = c;
+        toByte_[c] = qint16(b);
+    }
+}
+
+bool CodePage::keeps(QByteArrayView bytes) const {
+    if (singleByte())
+        return true;
+    QStringDecoder decoder(name_.constData(), QStringConverter::Flag::Stateless);
+    const QString text = decoder(bytes);
+    if (decoder.hasError())
+        return false;
+    const std::optional<QByteArray> back = encode(text);
+    return back && *back == bytes;
+}
+
+QString CodePage::decode(QByteArrayView bytes) const {
+    if (!singleByte())
+        return QStringDecoder(name_.constData(), QStringConverter::Flag::Stateless)(bytes);
+    QString out(bytes.size(), Qt::Uninitialized);
+    QChar* o = out.data();
+    for (qsizetype i = 0; i < bytes.size(); ++i)
+        o[i] = QChar(toChar_[static_cast<unsigned char>(bytes[i])]);
+    return out;
+}
+
+std::optional<QByteArray> CodePage::encode(QStringView text) const {
+    if (!singleByte()) {
+        // The converter may put a near character for one it lacks without calling it an error.
+        QStringEncoder encoder(name_.constData(), QStringConverter::Flag::Stateless);
+        QByteArray out = encoder(text);
+        QStringDecoder decoder(name_.constData(), QStringConverter::Flag::Stateless);
+        if (encoder.hasError() || QString(decoder(out)) != text)
+            return std::nullopt;
+        return out;
+    }
+    QByteArray out(text.size(), Qt::Uninitialized);
+    char* o = out.data();
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const qint16 b = toByte_[text[i].unicode()];
+        if (b < 0)
+            return std::nullopt;
+        o[i] = char(b);
+    }
+    return out;
+}
+
+qsizetype CodePage::firstMissing(QStringView text) const {
+    if (singleByte()) {
+        for (qsizetype i = 0; i < text.size(); ++i)
+            if (toByte_[text[i].unicode()] < 0)
+                return i;
+        return -1;
+    }
+    // Piece by piece, then character by character in the piece that fails; never between the two halves
+    // of a surrogate pair.
+    auto pairAt = [&](qsizetype i) { return i + 1 < text.size() && text[i].isHighSurrogate(); };
+    for (qsizetype at = 0; at < text.size();) {
+        qsizetype n = std::min(kPiece, text.size() - at);
+        if (pairAt(at + n - 1))
+            ++n;
+        if (!encode(text.sliced(at, n))) {
+            for (qsizetype i = at; i < at + n; i += pairAt(i) ? 2 : 1)
+                if (!encode(text.sliced(i, pairAt(i) ? 2 : 1)))
+                    return i;
+            return at;  // only the piece as a whole fails: a page with shift states
+        }
+        at += n;
+    }
+    return -1;
 }

@@ -4,22 +4,57 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
+#include <array>
 #include <optional>
+#include <vector>
 
-enum class TextEncoding { Utf8, Utf8Bom, Windows1252 };
+// A file that is not UTF-8 is in a code page: the user's (LegacyEncoding), else Windows-1252.
+enum class TextEncoding { Utf8, Utf8Bom, CodePage };
 enum class LineEnding { CrLf, Lf, Cr };
+
+inline constexpr char kWindows1252[] = "windows-1252";
 
 struct TextFormat {
     TextEncoding encoding = TextEncoding::Utf8;
+    // The code page's name as Qt knows it; only read when encoding is CodePage.
+    QByteArray codePage = kWindows1252;
     LineEnding lineEnding = LineEnding::Lf;
+};
+
+// A code page through Qt's converters. In a single-byte page every byte has a character: a byte the page
+// leaves undefined stands for a character of its own (the C1 control of the same number, else one of the
+// private use area) that encodes back to it, so any file decodes and encodes back to the same bytes.
+class CodePage {
+public:
+    // Built on first use and kept: asking the converter about each byte is done once per name.
+    // A name Qt has no converter for gives Windows-1252.
+    static const CodePage& named(QByteArrayView name);
+
+    const QByteArray& name() const { return name_; }
+    bool singleByte() const { return !toByte_.empty(); }
+    // Whether decode gives text that encodes back to exactly these bytes: always, for a single-byte page.
+    bool keeps(QByteArrayView bytes) const;
+    QString decode(QByteArrayView bytes) const;
+    // nullopt when some character has no bytes in the code page.
+    std::optional<QByteArray> encode(QStringView text) const;
+    // Where the first character without bytes in the code page starts; -1 when there is none.
+    qsizetype firstMissing(QStringView text) const;
+
+private:
+    explicit CodePage(QByteArray name);
+    QByteArray name_;
+    std::array<char16_t, 256> toChar_{};
+    // Byte of each UTF-16 unit, -1 for none; empty for a multi-byte page, which goes through the converter.
+    std::vector<qint16> toByte_;
 };
 
 // Strict UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
 bool isValidUtf8(QByteArrayView bytes);
 // The first line ending in the bytes; `none` when there is no line break at all.
 LineEnding detectLineEnding(QByteArrayView bytes, LineEnding none = LineEnding::Lf);
-// UTF-8 (with its byte order mark noted) when the bytes are valid UTF-8, else Windows-1252.
-TextFormat detectFormat(QByteArrayView bytes);
+// UTF-8 (with its byte order mark noted) when the bytes are valid UTF-8, else the code page, or
+// Windows-1252 when that code page can't keep these bytes as they are.
+TextFormat detectFormat(QByteArrayView bytes, QByteArrayView codePage = kWindows1252);
 
 // Every byte has a character: the five bytes the code page leaves undefined stand for the C1 control
 // characters of the same number, so any file decodes and encodes back to the same bytes.
@@ -27,7 +62,8 @@ QString decodeWindows1252(QByteArrayView bytes);
 // nullopt when some character has no byte in the code page.
 std::optional<QByteArray> encodeWindows1252(QStringView text);
 
-// The file's text as UTF-8, without a byte order mark; and back.
-QByteArray toUtf8Text(QByteArrayView fileBytes, TextEncoding encoding);
+// The file's text as UTF-8, without a byte order mark; and back. The code page counts for CodePage only.
+QByteArray toUtf8Text(QByteArrayView fileBytes, TextEncoding encoding, QByteArrayView codePage = kWindows1252);
 // nullopt when the text can't be written in that encoding.
-std::optional<QByteArray> fromUtf8Text(QByteArrayView utf8, TextEncoding encoding);
+std::optional<QByteArray> fromUtf8Text(QByteArrayView utf8, TextEncoding encoding,
+                                       QByteArrayView codePage = kWindows1252);

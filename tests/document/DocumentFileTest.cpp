@@ -1,8 +1,11 @@
 // Reading and writing source files: byte-exact round trips, and failures that lose nothing.
+#include "core/Settings.h"
 #include "document/Document.h"
 #include "document/SourceView.h"
 #include "document/SourceViewEditor.h"
+#include "document/TextFormat.h"
 #include "platform/Failure.h"
+#include "support/Doubles.h"
 
 #include <QDir>
 #include <QFile>
@@ -23,10 +26,14 @@ namespace {
 
 class DocumentFile : public ::testing::Test {
 protected:
+    // Settings of its own, where a file that is not UTF-8 is Windows-1252 whatever the machine's locale.
+    TestWorld world;
     QTemporaryDir dir;
     SourceView view;
     Document& doc = view.document();
     Failure last;
+
+    void SetUp() override { saveSetting(Key::LegacyEncoding, kWindows1252); }
 
     QString path(const QString& name) const { return dir.filePath(name); }
     QString write(const QString& name, const QByteArray& bytes) const {
@@ -96,8 +103,10 @@ TEST_F(DocumentFile, UnchangedFilesRoundTripByteForByteAndEditsKeepTheCodePageWh
     typeAtEnd(QString::fromUtf8("\xE2\x82\xAC"));    // € is in the code page
     ASSERT_EQ(save(p), 0);
     EXPECT_EQ(read(p), QByteArray("' caf\xE9 \x80\x96\r\nb\nc\r\n\x80"));
-    typeAtEnd(QString::fromUtf8("\xE2\x98\x83"));  // ☃ isn't: UTF-8 keeps every character
+    EXPECT_TRUE(world.prompts.boxes.empty());
+    typeAtEnd(QString::fromUtf8("\xE2\x98\x83"));  // ☃ isn't: UTF-8 keeps every character, once the user agrees
     ASSERT_EQ(save(p), 0);
+    EXPECT_EQ(world.prompts.boxes.size(), 1u);
     EXPECT_EQ(read(p), QByteArray("' caf\xC3\xA9 \xE2\x82\xAC\xE2\x80\x93\r\nb\nc\r\n\xE2\x82\xAC\xE2\x98\x83"));
 }
 
