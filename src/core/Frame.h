@@ -47,6 +47,9 @@ public:
     // The compiler's banner for the about box's PBPVersion label, set whether or not the box is open.
     virtual void setPBPVersion(const QString& text) = 0;
 
+    // Opens a menu tool's menu at the mouse as a context menu.
+    virtual void popupMenu(const QString& menuId) = 0;
+
     // The goto line dialog, modal, over the active document.
     virtual void showGotoLine() = 0;
 

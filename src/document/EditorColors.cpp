@@ -2,8 +2,14 @@
 
 #include "document/SourceView.h"
 #include "document/TokenInfo.h"
+#include "document/frmEditor.h"
 #include "platform/Failure.h"
+#include "platform/OpenSave.h"
 #include "core/Convert.h"
+#include "core/Frame.h"
+#include "core/Globals.h"
+
+#include <vector>
 
 namespace {
 
@@ -77,4 +83,60 @@ void saveViewColors(SourceView& view) {
     skipOnFailure([&] { saveSetting(Key::svBackGround, QString::number(view.BackColor())); });
     skipOnFailure([&] { saveSetting(Key::ViewSelBackColor, QString::number(view.SelBackColor())); });
     skipOnFailure([&] { saveSetting(Key::ViewSelForeColor, QString::number(view.SelForeColor())); });
+}
+
+namespace {
+
+// The views of the loaded windows in loading order; the frame and the dialogs have none.
+std::vector<SourceView*> loadedViews() {
+    std::vector<SourceView*> views;
+    for (QWidget* w : globals().loadedWindows)
+        if (auto* doc = qobject_cast<frmEditor*>(w); doc && doc->View)
+            views.push_back(doc->View);
+    return views;
+}
+
+}  // namespace
+
+void colorCommand(Frame& frame, const QString& toolId) {
+    OpenSave& dlg = frame.openSave();
+    dlg.CancelError = true;
+    dlg.ShowColor();
+    // From here on a failing step is passed over.
+    const qint32 color = dlg.Color;
+    const std::vector<SourceView*> views = loadedViews();
+    if (toolId == QLatin1String("ID_SelectionTextForegroundColor")) {
+        for (SourceView* v : views)
+            skipOnFailure([&] { v->setSelForeColor(color); });
+    } else if (toolId == QLatin1String("ID_SelectionTextBackgroundColor")) {
+        for (SourceView* v : views)
+            skipOnFailure([&] { v->setSelBackColor(color); });
+    } else if (toolId == QLatin1String("ID_BackgroundColor")) {
+        for (SourceView* v : views) {
+            skipOnFailure([&] { v->setBackColor(color); });
+            skipOnFailure([&] { v->setTextBackColor(color); });
+        }
+        // No token keeps a background of its own.
+        for (int cls = 0; cls < TokenInfo::kClasses; ++cls)
+            for (SourceView* v : views)
+                skipOnFailure([&] { v->tokenInfo().SetBackgroundColor(cls, color, true); });
+        for (SourceView* v : views)
+            skipOnFailure([&] { v->Refresh(); });
+    } else if (toolId == QLatin1String("ID_TokenColor")) {
+        // The class of the token last clicked in any document; one without a colour key sets nothing.
+        Globals& g = globals();
+        const int cls = g.ClickedTokenClass;
+        if (colorKeyOf(cls)) {
+            for (SourceView* v : views) {
+                if (cls == 2)
+                    skipOnFailure([&] { v->setForeColor(color); });
+                skipOnFailure([&] { v->tokenInfo().SetForegroundColor(cls, color, true); });
+                skipOnFailure([&] { v->printTokenInfo().SetForegroundColor(cls, color, true); });
+            }
+        }
+        for (SourceView* v : views)
+            skipOnFailure([&] { v->Refresh(); });
+        // Once per click on a token: the Edit menu disables the tool until the next one.
+        g.ClickedTokenClass = 0;
+    }
 }

@@ -7,6 +7,9 @@
 #include "platform/Failure.h"
 #include "platform/OpenSave.h"
 #include "platform/Prompts.h"
+#include "language/ReservedWords.h"
+#include "language/StatementTable.h"
+#include "platform/KeyCodes.h"
 #include "core/Frame.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
@@ -15,6 +18,15 @@
 #include <QMdiSubWindow>
 #include <QVBoxLayout>
 
+namespace {
+
+// The platform's virtual key number of F2.
+constexpr int kKeyF2 = 113;
+// A mouse button released this close to the view's left edge selects the line.
+constexpr int kMarginPixels = 20;
+
+}  // namespace
+
 frmEditor::frmEditor(Frame& frame) : frame_(frame) {
     setAttribute(Qt::WA_DeleteOnClose, false);  // the sub-window owns and deletes us
     View = new SourceView(this);
@@ -22,13 +34,54 @@ frmEditor::frmEditor(Frame& frame) : frame_(frame) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(View);
+    connect(View, &SourceView::CaretMove, this, &frmEditor::View_CaretMove);
+    connect(View, &SourceView::DblClick, this, &frmEditor::View_DblClick);
+    connect(View, &SourceView::KeyDown, this, &frmEditor::View_KeyDown);
+    connect(View, &SourceView::KeyUp, this, &frmEditor::View_KeyUp);
+    connect(View, &SourceView::ExecuteCommandEvent, this, &frmEditor::View_ExecuteCommand);
+    connect(View, &SourceView::LinesChanged, this, &frmEditor::View_LinesChanged);
+    connect(View, &SourceView::MouseMove, this, &frmEditor::View_MouseMove);
+    connect(View, &SourceView::MouseUp, this, &frmEditor::View_MouseUp);
+    connect(View, &SourceView::ModifiedChanged, this, [this](bool modified) {
+        if (QMdiSubWindow* sub = subWindow())
+            sub->setWindowModified(modified);
+    });
     globals().addWindow(this);
     Form_Load();
 }
 
-frmEditor::~frmEditor() { globals().removeWindow(this); }
+frmEditor::~frmEditor() {
+    // The view outlives this object's own part by a moment; its events must not reach the handlers then.
+    if (View)
+        disconnect(View, nullptr, this, nullptr);
+    globals().removeWindow(this);
+}
 
 QMdiSubWindow* frmEditor::subWindow() const { return qobject_cast<QMdiSubWindow*>(parentWidget()); }
+
+void frmEditor::setCaption(const QString& c) {
+    setWindowTitle(c);
+    updateSubWindowTitle();
+}
+
+// The sub-window shows the modified state where its title holds the placeholder; a "[*]" of the path
+// itself is doubled to stay text.
+void frmEditor::updateSubWindowTitle() {
+    QMdiSubWindow* sub = subWindow();
+    if (!sub)
+        return;
+    sub->setWindowTitle(QString(Caption()).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) +
+                        QStringLiteral("[*]"));
+    sub->setWindowModified(View->document().Modified());
+}
+
+bool frmEditor::event(QEvent* e) {
+    const bool handled = QWidget::event(e);
+    // The sub-window takes this window's title when it takes the window; the mark goes in right after.
+    if (e->type() == QEvent::ParentChange)
+        updateSubWindowTitle();
+    return handled;
+}
 
 void frmEditor::Form_Load() {
     Document& doc = View->document();
@@ -49,11 +102,17 @@ void frmEditor::Form_Load() {
 }
 
 void frmEditor::InitPBPCodes() {
-    // The statement table comes with the language tables; until then the word sets stay empty.
+    Globals& g = globals();
+    fillStatementTable(g.UsePBP, g.PBPCodes, g.PBPDefines);
 }
 
 void frmEditor::LoadReservedWords() {
-    skipOnFailure([&] { DeviceIndex = frame_.deviceListIndex(); });
+    Language& lang = View->document().language();
+    skipOnFailure([&] { DeviceIndex = qint16(frame_.deviceListIndex()); });
+    skipOnFailure([&] { lang.ClearReservedWords(); });
+    const Globals& g = globals();
+    for (const ReservedWord& w : reservedWords(g.UsePBP, g.PBPCodes, g.PBPDefines, g.Ports))
+        skipOnFailure([&] { lang.AddReservedWord(w.set, w.word); });
 }
 
 bool frmEditor::SaveModified() {
@@ -118,4 +177,137 @@ void frmEditor::Form_Unload() {
     skipOnFailure([&] { frame_.removeWindowEntry(Tag); });
     skipOnFailure([&] { saveViewColors(*View); });
     skipOnFailure([&] { saveSetting(Key::LastFile, View->document().PathName()); });
+}
+
+void frmEditor::refreshSelectionTools() {
+    skipOnFailure([&] {
+        const bool selected = View->TextSelected();
+        frame_.setToolEnabled(QStringLiteral("ID_CUT"), selected);
+        frame_.setToolEnabled(QStringLiteral("ID_COPY"), selected);
+    });
+}
+
+// Runs on every keystroke: one table check, one line tokenised, at most 97 keys compared.
+void frmEditor::View_CaretMove(int x, int y) {
+    Globals& g = globals();
+    // The table is shared: the first document whose caret moves after a change of compiler kind
+    // refills it; the others find it fitting and keep their word sets.
+    bool fits = true;
+    skipOnFailure([&] { fits = statementTableFits(g.UsePBP, g.PBPCodes); });
+    if (!fits) {
+        skipOnFailure([&] { InitPBPCodes(); });
+        skipOnFailure([&] { LoadReservedWords(); });
+        skipOnFailure([&] { View->Refresh(); });
+    }
+    refreshSelectionTools();
+    int displayCol = 0, displayLine = 0;
+    skipOnFailure([&] { View->TextToDisplay(x, y, displayCol, displayLine); });
+    // The character left of the caret, so a caret just behind a word still finds it.
+    int cls = 0, start = 0, length = 0;
+    skipOnFailure([&] { View->GetTokenAt(x < 1 ? x : x - 1, y, cls, start, length); });
+    skipOnFailure([&] {
+        frame_.setPanelText(1, QStringLiteral("Line: %1 Col: %2").arg(displayLine + 1).arg(displayCol + 1));
+    });
+    QString line;
+    skipOnFailure([&] { line = View->document().GetLine(y); });
+    skipOnFailure([&] {
+        // A statement word that no row has leaves the tip of the last one standing.
+        if (const std::optional<QString> tip = caretTip(cls, line, start, length, g.PBPCodes))
+            frame_.setPanelText(2, *tip);
+    });
+}
+
+void frmEditor::View_DblClick() { refreshSelectionTools(); }
+
+void frmEditor::View_KeyUp(int, int) { refreshSelectionTools(); }
+
+// Shift+F2 toggles the face between "Courier" and "Courier New": saved at once, this view at once,
+// other open documents at their next creation.
+void frmEditor::View_KeyDown(int keyCode, int shift) {
+    if (keyCode != kKeyF2 || shift != kShiftMask)
+        return;
+    try {
+        const QString face = setting(Key::FontName) == QLatin1String("Courier") ? QStringLiteral("Courier New")
+                                                                                 : QStringLiteral("Courier");
+        saveSetting(Key::FontName, face);
+        View->setFontName(face);
+        View->Refresh();
+        globals().prompts->message(QStringLiteral("Edit window font set to: ") + face, QStringLiteral("Toggle Font"),
+                                   Icon::Information, Buttons::Ok);
+        View->setFocus();
+    } catch (const Failure& f) {
+        frame_.ShowError(f);
+    }
+}
+
+void frmEditor::View_ExecuteCommand(int& command) {
+    switch (command) {
+    case EditCommand::Indent: shiftLines(false); break;
+    case EditCommand::Outdent: shiftLines(true); break;
+    case EditCommand::GotoLine: skipOnFailure([&] { frame_.showGotoLine(); }); break;
+    default: return;
+    }
+    command = 0;
+}
+
+void frmEditor::shiftLines(bool outdent) {
+    Document& doc = View->document();
+    int first = 0, last = 0, endCol = 0;
+    skipOnFailure([&] {
+        if (View->TextSelected()) {
+            int startCol = 0;
+            View->GetSel(startCol, first, endCol, last);
+        } else {
+            first = last = View->CaretY();
+        }
+    });
+    const QString tab = QStringLiteral("\t");
+    for (int line = first; line <= last; ++line) {
+        skipOnFailure([&] {
+            if (!outdent) {
+                doc.InsertImpl(0, line, tab, false);
+            } else if (doc.GetLine(line).startsWith(QLatin1Char('\t'))) {
+                doc.DeleteImpl(0, line, 1, line);
+            } else {
+                // Up to four blanks make one step; a tab behind a blank stays.
+                for (int i = 0; i < 4 && doc.GetLine(line).startsWith(QLatin1Char(' ')); ++i)
+                    doc.DeleteImpl(0, line, 1, line);
+            }
+        });
+    }
+    skipOnFailure([&] { doc.UpdateViews(128, first, last, endCol, last); });
+    skipOnFailure([&] { View->SetSel(0, first, doc.GetLineLength(last), last); });
+}
+
+void frmEditor::View_LinesChanged(int, int) {
+    Document& doc = View->document();
+    skipOnFailure([&] { frame_.setToolEnabled(QStringLiteral("ID_REDO"), doc.CanRedo()); });
+    skipOnFailure([&] { frame_.setToolEnabled(QStringLiteral("ID_UNDO"), doc.CanUndo()); });
+}
+
+// How a copy made in another program reaches the paste tool.
+void frmEditor::View_MouseMove(int, int, int, int) {
+    skipOnFailure([&] { frame_.refreshPasteTool(); });
+}
+
+void frmEditor::View_MouseUp(int buttons, int, int x, int y) {
+    Globals& g = globals();
+    int col = 0, line = 0;
+    skipOnFailure([&] { View->ClientToText(x, y, col, line); });
+    skipOnFailure([&] {
+        int cls = 0, start = 0, length = 0;
+        View->GetTokenAt(col, line, cls, start, length);
+        g.ClickedTokenClass = cls;
+    });
+    // The margin test stands at a fixed width, whatever the margin style.
+    if (x < kMarginPixels) {
+        skipOnFailure([&] { View->SetSel(0, line, View->document().GetLineLength(line), line); });
+        refreshSelectionTools();
+    }
+    // The token colour command acts on the class of the token last clicked, if it has a colour.
+    skipOnFailure([&] {
+        frame_.setToolEnabled(QStringLiteral("ID_TokenColor"), colorKeyOf(g.ClickedTokenClass).has_value());
+    });
+    if (buttons == kRightButton)
+        skipOnFailure([&] { frame_.popupMenu(QStringLiteral("ID_Edit")); });
 }

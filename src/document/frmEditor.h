@@ -21,8 +21,10 @@ public:
     // Index of this document's device in the device combo.
     qint16 DeviceIndex = 0;
 
+    // The bare path: the document's identity, compared and listed. The mark of a changed text shows
+    // in the sub-window's title only.
     QString Caption() const { return windowTitle(); }
-    void setCaption(const QString& c) { setWindowTitle(c); }
+    void setCaption(const QString& c);
     QMdiSubWindow* subWindow() const;
     Frame& frame() const { return frame_; }
 
@@ -33,17 +35,34 @@ public:
 
     void Form_Activate();
 
+    // The view's events.
+    void View_CaretMove(int x, int y);
+    void View_DblClick();
+    void View_KeyDown(int keyCode, int shift);
+    void View_KeyUp(int keyCode, int shift);
+    // Indent, outdent and goto line are done here and cancelled for the view (the number set to 0).
+    void View_ExecuteCommand(int& command);
+    void View_LinesChanged(int first, int last);
+    void View_MouseMove(int buttons, int shift, int x, int y);
+    void View_MouseUp(int buttons, int shift, int x, int y);
+
 signals:
     // The window is closing for good; what watches it (a running compile) stops now.
     void unloading();
 
 protected:
     void closeEvent(QCloseEvent* e) override;
+    bool event(QEvent* e) override;
 
 private:
     void Form_Load();
     // The closing steps after SaveModified gave true.
     void Form_Unload();
+    void refreshSelectionTools();
+    // Indent or outdent the lines of the selection, or the caret's line, and select them whole.
+    void shiftLines(bool outdent);
+    // The sub-window shows the caption with the modified mark.
+    void updateSubWindowTitle();
 
     Frame& frame_;
 };

@@ -374,6 +374,8 @@ QString MDIMain::PBPVersion() const {
     return about ? about->PBPVersion->text() : QString();
 }
 
+void MDIMain::popupMenu(const QString& menuId) { SSActiveToolBars1.PopupMenu(menuId); }
+
 void MDIMain::showGotoLine() {
     frmGotoLine dlg(this);
     runModal(dlg);

@@ -53,6 +53,7 @@ public:
     void setOpenDocsCaption(const QString& caption) override;
     void setPBPVersion(const QString& text) override;
     void showGotoLine() override;
+    void popupMenu(const QString& menuId) override;
     int runModal(QDialog& dlg) override;
     QWidget* frameWindow() override { return this; }
 

@@ -5,6 +5,7 @@
 #include "programmer/ProgrammerRun.h"
 #include "programmer/frmProgrammer.h"
 #include "document/Document.h"
+#include "document/EditorColors.h"
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
 #include "platform/Failure.h"
@@ -127,6 +128,12 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
             return true;
         };
     };
+    auto colorTool = [](const char* id) {
+        return [id](M& f) {
+            colorCommand(f, QString::fromLatin1(id));
+            return true;
+        };
+    };
     auto arrangeBy = [](ArrangeMode mode) {
         return [mode](M& f) {
             f.arrange(mode);
@@ -217,6 +224,10 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
         {"ID_NoMargin", margin(MarginStyle::None)},
         {"ID_FixedMargin", margin(MarginStyle::Fixed)},
         {"ID_ScrollingMargin", margin(MarginStyle::Scrolling)},
+        {"ID_SelectionTextForegroundColor", colorTool("ID_SelectionTextForegroundColor")},
+        {"ID_SelectionTextBackgroundColor", colorTool("ID_SelectionTextBackgroundColor")},
+        {"ID_BackgroundColor", colorTool("ID_BackgroundColor")},
+        {"ID_TokenColor", colorTool("ID_TokenColor")},
         {"ID_Edit",
          [](M& f) {
              if (globals().ClickedTokenClass == 0)

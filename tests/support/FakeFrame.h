@@ -26,6 +26,7 @@ public:
     QString pbpVersion;
     QStringList modals;                  // titles of dialogs shown modally
     QStringList removedEntries;
+    QStringList popups;                  // menu ids opened as context menus
     QString openDocsCaption;
     int getDevicesCalls = 0;
     std::vector<bool> getDeviceDataCalls;
@@ -48,6 +49,7 @@ public:
     void removeWindowEntry(const QString& id) override { removedEntries << id; }
     void setOpenDocsCaption(const QString& caption) override { openDocsCaption = caption; }
     void setPBPVersion(const QString& text) override { pbpVersion = text; }
+    void popupMenu(const QString& menuId) override { popups << menuId; }
     void showGotoLine() override { modals << QStringLiteral("Goto Line"); }
     int runModal(QDialog& dlg) override;
     QWidget* frameWindow() override { return &window; }

@@ -1,0 +1,162 @@
+// One caret move in a 100,000-line document, as every keystroke makes one: the document window's
+// handler (reload check, token lookup, tip search) and its two status panel texts, each repainting the
+// real status bar into its pixmap. Baseline in the same run: the bare control's own caret move, with no
+// handler connected.
+#include "document/Document.h"
+#include "document/SourceView.h"
+#include "document/frmEditor.h"
+#include "platform/Failure.h"
+#include "platform/OpenSave.h"
+#include "statusbar/PixmapTarget.h"
+#include "statusbar/cNoStatusBar.h"
+#include "core/DeviceCombo.h"
+#include "core/Frame.h"
+#include "core/Globals.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QHash>
+#include <QTemporaryDir>
+#include <benchmark/benchmark.h>
+
+namespace {
+
+class BenchCombo : public DeviceCombo {
+public:
+    void Clear() override {}
+    void AddItem(const QString&) override {}
+    int ListCount() const override { return 1; }
+    QString List(int) const override { return QStringLiteral("PIC16F84A"); }
+    int ListIndex() const override { return 0; }
+    void SetListIndex(int) override {}
+};
+
+// The frame's part in a caret move: the tools' enabled states and the status bar with its three panels.
+class BenchFrame : public Frame {
+public:
+    BenchFrame() : target(icons, nullptr, QSize(800, 22)), bar(icons) {
+        bar.Create(&target);
+        bar.AddPanel(0, QStringLiteral("Line: 1 Col: 1"), -1, 100, false, false, 0, QString());
+        bar.AddPanel(0, QString(), -1, 64, true, false, 0, QString());
+        bar.AddPanel(0, QStringLiteral("PBP"), -1, 40, false, false, 0, QString());
+        bar.SizeGrip(true);
+    }
+    IconTable icons;
+    PixmapTarget target;
+    cNoStatusBar bar;
+    BenchCombo combo;
+    OpenSave dialog;
+    QWidget window;
+    QHash<QString, bool> tools;
+    qint16 count = 1;
+    bool paint = true;
+
+    void ShowError(const Failure&) override {}
+    void EnableTools(bool) override {}
+    void setToolEnabled(const QString& id, bool enabled) override { tools[id.toUpper()] = enabled; }
+    void refreshPasteTool() override {}
+    void setPanelText(int panel, const QString& text) override {
+        if (!paint)
+            return;
+        bar.PanelText(panel, text);
+        // What the window shows: the picture with the drawing finished.
+        benchmark::DoNotOptimize(target.pixmap().cacheKey());
+    }
+    qint16 miDocCount() const override { return count; }
+    void setMiDocCount(qint16 c) override { count = c; }
+    DeviceCombo& deviceCombo() override { return combo; }
+    int deviceListIndex() override { return 0; }
+    void setDeviceListIndex(int) override {}
+    void GetDevices() override {}
+    void GetDeviceData(bool) override {}
+    OpenSave& openSave() override { return dialog; }
+    void removeWindowEntry(const QString&) override {}
+    void setOpenDocsCaption(const QString&) override {}
+    void setPBPVersion(const QString&) override {}
+    void showGotoLine() override {}
+    int runModal(QDialog&) override { return 0; }
+    QWidget* frameWindow() override { return &window; }
+};
+
+// A realistic mix of statements, comments, strings and numbers.
+const QString& sourceFile() {
+    static QTemporaryDir dir;
+    static const QString path = [] {
+        static const char* const pattern[] = {
+            "' Blink an LED and count on the LCD\r\n",
+            "counter VAR WORD          ; loop counter\r\n",
+            "loop:\r\n",
+            "    High PORTB.0 : Pause 500\r\n",
+            "    LCDOut $FE, 1, \"Count: \", DEC4 counter\r\n",
+            "    IF counter > 1000 AND PORTA.1 = 1 THEN GoTo done\r\n",
+            "    GoTo loop\r\n",
+            "done: SerOut2 PORTC.6, 84, [\"Done \", HEX4 counter, 13, 10]\r\n",
+        };
+        QByteArray text;
+        for (int i = 0; i < 100000; ++i)
+            text += pattern[i % std::size(pattern)];
+        const QString p = dir.filePath("big.pbp");
+        QFile f(p);
+        f.open(QIODevice::WriteOnly);
+        f.write(text);
+        return p;
+    }();
+    return path;
+}
+
+// Two caret places in the middle of the file, each just behind a statement word with a tip, so every
+// move looks up a token, searches the table and writes both panels.
+constexpr int kLine = 50003;  // "    High PORTB.0 : Pause 500"
+constexpr int kCols[2] = {8, 24};
+
+void moveCaretBackAndForth(benchmark::State& state, SourceView& view) {
+    view.document().LoadFile(sourceFile());
+    view.resize(800, 600);
+    view.show();
+    view.SetSel(kCols[0], kLine, kCols[0], kLine);
+    QApplication::processEvents();
+    int i = 0;
+    for (auto _ : state) {
+        const int col = kCols[++i & 1];
+        view.SetSel(col, kLine, col, kLine);
+    }
+}
+
+void BM_CaretMove_DocumentWindow(benchmark::State& state) {
+    BenchFrame frame;
+    frmEditor doc(frame);
+    moveCaretBackAndForth(state, *doc.View);
+    if (frame.bar.PanelText(2) != QLatin1String("Delay (1mSec resolution).") &&
+        frame.bar.PanelText(2) != QLatin1String("Make pin output high."))
+        state.SkipWithError("the tip panel shows no statement tip");
+}
+BENCHMARK(BM_CaretMove_DocumentWindow);
+
+// The handler's own share: the same move with the panel texts not painted.
+void BM_CaretMove_DocumentWindowWithoutStatusBar(benchmark::State& state) {
+    BenchFrame frame;
+    frame.paint = false;
+    frmEditor doc(frame);
+    moveCaretBackAndForth(state, *doc.View);
+}
+BENCHMARK(BM_CaretMove_DocumentWindowWithoutStatusBar);
+
+void BM_Baseline_BareControlCaretMove(benchmark::State& state) {
+    SourceView view;
+    moveCaretBackAndForth(state, view);
+}
+BENCHMARK(BM_Baseline_BareControlCaretMove);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
