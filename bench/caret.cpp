@@ -74,6 +74,7 @@ public:
     void setOpenDocsCaption(const QString&) override {}
     void setPBPVersion(const QString&) override {}
     void showGotoLine() override {}
+    void popupMenu(const QString&) override {}
     int runModal(QDialog&) override { return 0; }
     QWidget* frameWindow() override { return &window; }
 };

@@ -1,6 +1,6 @@
 # Small 64-bit Windows console programs that stand in for a Windows compiler and programmer in the tests
 # that run them through wine. Without MinGW they are not built, and those tests skip.
-if(NOT QB_TESTS)
+if(NOT QB_TESTS AND NOT QB_BENCH)
   return()
 endif()
 find_program(QB_MINGW_CC x86_64-w64-mingw32-gcc)
@@ -22,7 +22,7 @@ foreach(_fake fakepbp fakeprog)
 endforeach()
 add_custom_target(qb_fakes ALL DEPENDS ${_fakes})
 
-foreach(_t test_integration test_platform)
+foreach(_t test_integration test_platform bench_compile_click)
   if(TARGET ${_t})
     add_dependencies(${_t} qb_fakes)
     target_compile_definitions(${_t} PRIVATE QB_FAKES_DIR="${_fakes_dir}")

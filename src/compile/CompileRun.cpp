@@ -100,7 +100,10 @@ void CompileRun::GoCompile() {
                 globals().prompts->message(wineMissingMessage(P), QString(), Icon::Critical, Buttons::Ok);
                 return;
             }
-            WineDosPaths winePaths(*globals().paths, {P, D});
+            // A server started by the compile itself would end with the compile's process group, and every
+            // compile would boot the prefix anew.
+            keepWineServerWarm();
+            WineDosPaths winePaths(*globals().paths, {P, D}, &wineShortForms_);
             const UsePaths use(winePaths);
             win->P = GetDosPath(P);
             if (!D.isEmpty())

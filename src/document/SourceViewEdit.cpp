@@ -70,8 +70,10 @@ void SourceView::ExecuteCommand(int command) {
     }
 }
 
+// The character under the point, not the caret place nearest to it: a click on the right half of a word's
+// last letter is still on that word.
 void SourceView::ClientToText(int x, int y, int& col, int& line) const {
-    columnAndLine(*editor_, editor_->SendScintilla(Sci::SCI_POSITIONFROMPOINT, long(x), long(y)), col, line);
+    columnAndLine(*editor_, editor_->SendScintilla(Sci::SCI_CHARPOSITIONFROMPOINT, long(x), long(y)), col, line);
 }
 
 // The line stays; the column becomes the one on screen, with each tab reaching to the next multiple of four.

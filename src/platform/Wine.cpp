@@ -44,6 +44,27 @@ QStringList runWinepath(const QString& flag, const QStringList& paths) {
 
 QString wineProgram() { return QStandardPaths::findExecutable(QStringLiteral("wine")); }
 
+void keepWineServerWarm() {
+    const QString server = QStandardPaths::findExecutable(QStringLiteral("wineserver"));
+    if (server.isEmpty())
+        return;
+    // A server that a compile's wine starts ends with its last program, and the next compile boots the
+    // prefix again (most of a second). This one stays ten minutes after its last program. It goes into a
+    // session of its own, so ending a compile's process group never takes it along. When a server of the
+    // prefix runs already, this one finds it and ends at once.
+    QProcess p;
+    p.setProgram(server);
+    p.setArguments({QStringLiteral("-p600")});
+    p.setProcessEnvironment(wineEnvironment(QProcessEnvironment::systemEnvironment()));
+    p.setStandardInputFile(QProcess::nullDevice());
+    p.setStandardOutputFile(QProcess::nullDevice());
+    p.setStandardErrorFile(QProcess::nullDevice());
+    p.start();
+    // It returns once the server is up, so the compile's wine finds it.
+    if (!p.waitForFinished(5000))
+        p.kill();
+}
+
 bool needsWine(const QString& program) { return isPeImageFile(program); }
 
 QString wineMissingMessage(const QString& program) {

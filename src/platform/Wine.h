@@ -8,6 +8,8 @@
 
 // The wine program on PATH; empty when there is none.
 QString wineProgram();
+// Starts the prefix's wine server outside any compile's process group, or leaves the running one.
+void keepWineServerWarm();
 
 // A program that only runs through wine: a PE image, whatever its name.
 bool needsWine(const QString& program);

@@ -12,7 +12,8 @@ class WineDosPaths : public Paths {
 public:
     // base gives the POSIX form first (and decides what exists); the wine forms of known are fetched at
     // once, since each question to wine costs a run of it.
-    WineDosPaths(Paths& base, const QStringList& known);
+    // cache, when given, holds forms fetched before and takes the new ones.
+    WineDosPaths(Paths& base, const QStringList& known, QHash<QString, QString>* cache = nullptr);
     QString shortPath(const QString& path) override;
     QString applicationDirectory() override { return base_.applicationDirectory(); }
     QStringList searchRoots() override { return base_.searchRoots(); }
