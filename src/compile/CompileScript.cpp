@@ -5,6 +5,7 @@
 #include "platform/Paths.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStringList>
 
 namespace {
@@ -65,6 +66,17 @@ ShLines shLines(const CompileInputs& in) {
             shellQuote(joinPosix(in.S, QStringLiteral("temp.dat.part")))};
 }
 
+// The option words for sh: a word the shell would take as it stands goes in bare, any other quoted. The
+// options typed by hand must not reach the shell as text: a lone quote or a line break in them made a
+// script that sh refused or ran half of, and "*" or "$" would be expanded.
+QString shellWords(const QStringList& words) {
+    static const QRegularExpression plain(QRegularExpression::anchoredPattern(QStringLiteral("[A-Za-z0-9_@%+=:,./-]+")));
+    QStringList out;
+    for (const QString& w : words)
+        out << (plain.match(w).hasMatch() ? w : shellQuote(w));
+    return out.join(QLatin1Char(' '));
+}
+
 // The eight steps around the line that runs the compiler.
 QByteArray shScript(const ShLines& sh, const QString& searchPath, const QString& compilerLine) {
     const QStringList lines = {
@@ -88,7 +100,7 @@ QByteArray runpbSh(const CompileInputs& in) {
     const QString path = in.C.isEmpty() ? QStringLiteral("export PATH")
                                         : QStringLiteral("PATH=") + shellQuote(in.C) +
                                               QStringLiteral(":\"$PATH\"; export PATH");
-    const QString options = trimBlanks(in.O);
+    const QString options = shellWords(optionWords(trimBlanks(in.O)));
     return shScript(sh, path,
                     shellQuote(trimBlanks(in.P)) + (options.isEmpty() ? QString() : QLatin1Char(' ') + options) +
                         QStringLiteral(" -p") + shellQuote(in.M) + QLatin1Char(' ') + shellQuote(in.D) +

@@ -25,8 +25,8 @@ struct CompileInputs {
 // (number 5) when D has no backslash past its drive, since line 4 cannot be built then.
 QByteArray runpbBat(const CompileInputs& in);
 
-// runpb.sh in UTF-8: every path single-quoted, the options inserted as typed (blanks at either end
-// dropped) so the shell splits them into words. The compiler's standard output, and its standard error in
+// runpb.sh in UTF-8: every path single-quoted, the options split into words as optionWords splits
+// them, each quoted unless the shell takes it as it stands. The compiler's standard output, and its standard error in
 // the order written, go to temp.dat.part, renamed to temp.dat when the compiler ends, so temp.dat never
 // holds half an output. Throws a Failure (number 5) when D holds no "/".
 QByteArray runpbSh(const CompileInputs& in);

@@ -61,7 +61,8 @@ IniEntries parseIniText(const QByteArray& utf8) {
         if (eq < 0)
             continue;
         const QString key = line.left(eq).trimmed();
-        if (key.isEmpty())
+        // A "/" in a section's name would make its keys another section's when written back.
+        if (key.isEmpty() || section.contains(QLatin1Char('/')))
             continue;
         QString value = line.mid(eq + 1);
         if (value.startsWith(kEscapedOpen) && value.endsWith(kEscapedClose))

@@ -110,7 +110,7 @@ void Document::LoadFile(const QString& path) {
         refuse(osFailure(lastError(EACCES), path), QStringLiteral("it could not be read"));
     errno = 0;
     // A file that reports no size (a device, a pipe) is read up to the limit and one byte more.
-    QByteArray bytes = file.read(kMaxFileBytes + 1);
+    QByteArray bytes = info.isFile() ? file.readAll() : file.read(kMaxFileBytes + 1);
     if (file.error() != QFileDevice::NoError)
         refuse(osFailure(lastError(EIO), path), QStringLiteral("it could not be read"));
     if (bytes.size() > kMaxFileBytes)

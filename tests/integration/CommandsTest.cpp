@@ -7,6 +7,12 @@
 #include "shell/RecentFiles.h"
 #include "core/Settings.h"
 #include "support/Doubles.h"
+#include "support/Typing.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QTest>
 
 #include <QFile>
 #include <QMdiArea>
@@ -277,4 +283,25 @@ TEST(Commands, WebLinksCarryTheVersionDigits) {
     t.click("ID_QuillbayHomePage");
     EXPECT_EQ(t.w.prompts.boxes.back().text, "Unable to launch application.");
     EXPECT_EQ(t.w.prompts.boxes.back().title, "");
+}
+
+TEST(Commands, MenuEntriesCarryTheUsualKeysAndTheEditorsOwnKeysActOnce) {
+    RunningFrame t;
+    auto& tools = t.f->toolBars().Tools();
+    auto menuAction = [&](const char* menu, const char* id) {
+        return t.f->toolBars().action(tools.Item(menu).Menu().Tools().Item(id));
+    };
+    EXPECT_EQ(menuAction("ID_File", "ID_Save")->shortcut(), QKeySequence(QKeySequence::Save));
+    EXPECT_EQ(menuAction("ID_Edit", "ID_Undo")->shortcut(), QKeySequence(QKeySequence::Undo));
+    EXPECT_EQ(menuAction("ID_CMenu", "ID_Compile")->shortcut(), QKeySequence("F9"));
+    EXPECT_EQ(menuAction("ID_Programmer", "ID_Epic")->shortcut(), QKeySequence("F10"));
+    // The toolbar's button has no key of its own: one key, one action.
+    EXPECT_TRUE(t.f->toolBars().action(t.f->toolBars().Bands("Standard").Tools().Item("ID_Save"))->shortcut().isEmpty());
+    // Paste typed in the editor is the editor's: the text goes in once, not twice.
+    SourceView& v = *t.f->activeDocument()->View;
+    QGuiApplication::clipboard()->setText("x");
+    t.enabled("ID_Paste");
+    t.f->toolBars().Tools().Item("ID_Paste").setEnabled(true);
+    QTest::keyClick(v.editorWidget(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(v.Text(), "x");
 }

@@ -215,3 +215,35 @@ TEST(Compile, OptionsSwitchRefiltersTheDeviceListAndKeepsTheIndex) {
     EXPECT_EQ(combo.ListCount(), 2);
     EXPECT_EQ(combo.ListIndex(), -1);
 }
+
+TEST(Compile, TheOutputFoundAtTheThirtiethTickIsShownAndStillTimesOut) {
+    CompileFrame t("x\n", "/bin/true", false);  // the fake launcher starts nothing
+    t.compile();
+    CompileRun& run = CompileRun::of(t.doc());
+    for (int i = 0; i < 29; ++i)
+        run.CheckFile_Timer();
+    t.w.write("temp.dat", "PICBASIC PRO(TM) COMPILER 3.1, late\n");
+    run.CheckFile_Timer();
+    EXPECT_FALSE(run.CheckFile.isActive());
+    EXPECT_TRUE(CompilerScreen::find()->CompilerOutput->Text().startsWith("PICBASIC PRO"));
+    // The last steps of a tick come at every tick, also at the one that found the output.
+    ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
+    EXPECT_EQ(t.w.prompts.boxes[0].text, "Compile Timeout...");
+}
+
+TEST(Compile, FailuresAreReportedWithTheStepTheyCameAt) {
+    CompileFrame t("x\n", "/bin/true", false);
+    // A folder where the script goes: it can't be created.
+    ASSERT_TRUE(QDir().mkpath(t.w.file("runpb.sh")));
+    t.compile();
+    ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
+    EXPECT_TRUE(t.w.prompts.boxes[0].text.startsWith("GoCompile Error:75")) << t.w.prompts.boxes[0].text.toStdString();
+    EXPECT_TRUE(t.w.prompts.boxes[0].text.endsWith(" Line: 80"));
+    QDir(t.w.file("runpb.sh")).removeRecursively();
+    // No device to compile for: selecting the first entry of an empty list fails; nothing starts.
+    t.f->deviceCombo().Clear();
+    t.compile();
+    ASSERT_EQ(t.w.prompts.boxes.size(), 2u);
+    EXPECT_EQ(t.w.prompts.boxes[1].text, "GoCompile Error:380Invalid property value Line: 90");
+    EXPECT_TRUE(t.w.launcher.launches.empty());
+}

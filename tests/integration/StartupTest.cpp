@@ -3,6 +3,7 @@
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
 #include "platform/Twips.h"
+#include "compile/CompilerScreen.h"
 #include "core/Globals.h"
 #include "shell/MDIMain.h"
 #include "core/Settings.h"
@@ -255,4 +256,29 @@ TEST(Startup, PicBasicKindFromSettings) {
     auto f = start();
     EXPECT_FALSE(globals().UsePBP);
     EXPECT_EQ(f->statusBar()->PanelText(3), "PBC");
+}
+
+TEST(Startup, ShutdownClosesTheOutputScreenFirstAndTheAboutBoxLast) {
+    TestWorld w;
+    w.writeDeviceCatalogue();
+    auto f = start();
+    // Loaded in this order: the document, the about box (by a compile's banner), the output screen.
+    f->setPBPVersion("PICBASIC PRO(TM) COMPILER 3.1, ");
+    CompilerScreen::instance();
+    QStringList closed;
+    struct CloseOrder : QObject {
+        QStringList* closed;
+        bool eventFilter(QObject* o, QEvent* e) override {
+            if (e->type() == QEvent::Close)
+                *closed << QString::fromLatin1(o->metaObject()->className());
+            return false;
+        }
+    } order;
+    order.closed = &closed;
+    for (QWidget* win : globals().loadedWindows)
+        if (win != f.get())
+            win->installEventFilter(&order);
+    ASSERT_TRUE(f->close());
+    EXPECT_EQ(closed, QStringList({"frmEditor", "CompilerScreen", "MyAbout"}))
+        << "documents close first, as the frame's own close; then the rest in the system's order";
 }

@@ -1,0 +1,2 @@
+' Windows-1252: café € 
+END
