@@ -206,3 +206,38 @@ TEST(WineCompile, NativeScriptsEndTicksAtOnceWithStandardErrorInTheOutput) {
     EXPECT_EQ(CompilerScreen::find()->windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
     EXPECT_FALSE(readAll(t.w.file("runpb.sh")).contains("wine"));
 }
+
+TEST(WineProgrammer, AWindowsProgrammerGetsWindowsPathsForEveryToken) {
+    if (const QString why = wineTestBlocker(); !why.isEmpty())
+        GTEST_SKIP() << why.toStdString();
+    TestWorld w;
+    w.writeDeviceCatalogue();
+    PosixLauncher real;
+    globals().launcher = &real;
+    QTemporaryDir tools;
+    const QString programmer = tools.filePath("my epic/EPICWIN.EXE");
+    ASSERT_TRUE(QDir().mkpath(tools.filePath("my epic")) && QFile::copy(fakeProgram("fakeprog.exe"), programmer));
+    const QString source = w.write("led project/blink.pbp", "HIGH 0\r\n");
+    w.write("led project/blink.hex", ":00000001FF\r\n");
+    saveSetting(Key::ProgrammerPathName, programmer);
+    saveSetting(Key::ProgrammerCommandLineOptions,
+                "-dPIC{DeviceName} \"{HexFileWinPath}\" {HexFileDosPath} \"{FileNameWinPath}\" {FileNameDosPath}");
+    MDIMain f(source);
+    f.show();
+    f.SSActiveToolBars1_ToolClick(f.toolBars().Tools().Item("ID_Epic"));
+    EXPECT_TRUE(w.prompts.boxes.empty());
+    const QString record = tools.filePath("my epic/prog-args.txt");
+    ASSERT_TRUE(waitFor([&] { return QFileInfo(record).size() > 0; }));
+    QFile f2(record);
+    ASSERT_TRUE(f2.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(f2.readAll()).split('\n', Qt::SkipEmptyParts);
+    const QString hexWin = wineWindowsPath(w.file("led project/blink.hex"));
+    const QString srcWin = wineWindowsPath(source);
+    ASSERT_TRUE(hexWin.startsWith("Z:\\")) << hexWin.toStdString();
+    EXPECT_EQ(lines, QStringList({"cwd=" + wineWindowsPath(tools.filePath("my epic")), "arg=-dPIC16F84A",
+                                  "arg=" + hexWin, "arg=" + wineShortPath(w.file("led project/blink.hex")),
+                                  "arg=" + srcWin, "arg=" + wineShortPath(source)}));
+    // The DOS forms hold no blank: the folder names are shortened.
+    EXPECT_FALSE(lines[3].contains(' '));
+    EXPECT_FALSE(lines[5].contains(' '));
+}
