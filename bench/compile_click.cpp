@@ -9,6 +9,7 @@
 #include "platform/PosixLauncher.h"
 #include "platform/PosixPaths.h"
 #include "platform/Wine.h"
+#include "NoPrompts.h"
 #include "platform/Prompts.h"
 #include "shell/MDIMain.h"
 
@@ -23,17 +24,6 @@
 #include <cstdlib>
 
 namespace {
-
-class NoPrompts : public Prompts {
-public:
-    Answer message(const QString& text, const QString&, Icon, Buttons) override {
-        std::fprintf(stderr, "unexpected message: %s\n", qPrintable(text));
-        std::abort();
-    }
-    std::optional<QString> openFile(const QString&, const QString&) override { return std::nullopt; }
-    std::optional<QString> saveFile(const QString&, const QString&) override { return std::nullopt; }
-    std::optional<qint32> chooseColor(qint32) override { return std::nullopt; }
-};
 
 const QString kWaiting = QStringLiteral("Compiling Please Wait.....");
 

@@ -2,6 +2,7 @@
 // compiler, and one device switch (every document activation), against plain reading of the file.
 #include "devices/DeviceCatalogue.h"
 #include "platform/PosixPaths.h"
+#include "NoPrompts.h"
 #include "platform/Prompts.h"
 #include "core/Globals.h"
 
@@ -28,18 +29,6 @@ public:
     QString List(int i) const override { return i >= 0 && i < entries.size() ? entries[i] : QString(); }
     int ListIndex() const override { return index; }
     void SetListIndex(int i) override { index = i >= 0 && i < entries.size() ? i : -1; }
-};
-
-// A box here means the figures measure a failure, not the catalogue.
-class NoPrompts : public Prompts {
-public:
-    Answer message(const QString& text, const QString&, Icon, Buttons) override {
-        std::fprintf(stderr, "unexpected message: %s\n", qPrintable(text));
-        std::abort();
-    }
-    std::optional<QString> openFile(const QString&, const QString&) override { return std::nullopt; }
-    std::optional<QString> saveFile(const QString&, const QString&) override { return std::nullopt; }
-    std::optional<qint32> chooseColor(qint32) override { return std::nullopt; }
 };
 
 PosixPaths paths(QStringLiteral(QB_SOURCE_DIR "/data"));

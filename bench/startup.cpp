@@ -3,6 +3,7 @@
 #include "core/Globals.h"
 #include "platform/PosixLauncher.h"
 #include "platform/PosixPaths.h"
+#include "NoPrompts.h"
 #include "platform/Prompts.h"
 #include "shell/MDIMain.h"
 
@@ -19,17 +20,6 @@
 #include <cstdlib>
 
 namespace {
-
-class NoPrompts : public Prompts {
-public:
-    Answer message(const QString& text, const QString&, Icon, Buttons) override {
-        std::fprintf(stderr, "unexpected message: %s\n", qPrintable(text));
-        std::abort();
-    }
-    std::optional<QString> openFile(const QString&, const QString&) override { return std::nullopt; }
-    std::optional<QString> saveFile(const QString&, const QString&) override { return std::nullopt; }
-    std::optional<qint32> chooseColor(qint32) override { return std::nullopt; }
-};
 
 // Runs the event loop until nothing is left to do.
 void settle() {

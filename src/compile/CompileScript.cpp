@@ -137,19 +137,7 @@ QString compilerDevice(const QString& entry) {
     return entry.mid(3);
 }
 
-QString selectCompileDevice(DeviceCombo& combo) {
-    // Selecting index 0 of an empty list fails, as any index outside the list does.
-    const auto select0 = [&] {
-        if (combo.ListCount() == 0)
-            throw invalidPropertyValue();
-        combo.SetListIndex(0);
-    };
-    if (combo.ListIndex() > combo.ListCount() - 1)
-        select0();
-    if (combo.ListIndex() == -1)
-        select0();
-    return compilerDevice(combo.List(combo.ListIndex()));
-}
+QString selectCompileDevice(DeviceCombo& combo) { return selectDeviceForTools(combo); }
 
 QString optionsWithOq(const QString& options) {
     if (options.contains(QLatin1String("-ampasm"), Qt::CaseInsensitive) &&

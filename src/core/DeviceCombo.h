@@ -17,3 +17,8 @@ public:
     // Raises nothing: an index outside the list leaves the combo without a selection.
     virtual void SetListIndex(int i) = 0;
 };
+
+// The device a compile or a programmer is for: a selection outside the list, or none, becomes the first
+// entry and stays selected. Gives the entry without its first three characters, the "PIC" (PIC16F84 gives
+// 16F84). An empty list has no entry to select: Failure 380, as for any index outside the list.
+QString selectDeviceForTools(DeviceCombo& combo);

@@ -53,19 +53,7 @@ QString hexFileName(const QString& pathName) {
     return pathName.left(dot + 1) + QStringLiteral("hex");
 }
 
-QString selectProgrammerDevice(DeviceCombo& combo) {
-    // The combo itself takes index 0 of an empty list silently; the selection it stands for can't exist.
-    const auto select0 = [&] {
-        if (combo.ListCount() == 0)
-            throw invalidPropertyValue();
-        combo.SetListIndex(0);
-    };
-    if (combo.ListIndex() > combo.ListCount() - 1)
-        select0();
-    if (combo.ListIndex() == -1)
-        select0();
-    return combo.List(combo.ListIndex()).mid(3);
-}
+QString selectProgrammerDevice(DeviceCombo& combo) { return selectDeviceForTools(combo); }
 
 QString TokenValue(const QString& token, const QString& pathName, DeviceCombo& devices) {
     if (isToken(token, "{FILENAMEDOSPATH}"))
