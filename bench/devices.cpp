@@ -3,6 +3,7 @@
 #include "devices/DeviceCatalogue.h"
 #include "platform/PosixPaths.h"
 #include "NoPrompts.h"
+#include "support/FakeDeviceCombo.h"
 #include "platform/Prompts.h"
 #include "core/Globals.h"
 
@@ -16,20 +17,7 @@
 
 namespace {
 
-class ListCombo : public DeviceCombo {
-public:
-    QStringList entries;
-    int index = -1;
-    void Clear() override {
-        entries.clear();
-        index = -1;
-    }
-    void AddItem(const QString& text) override { entries << text; }
-    int ListCount() const override { return int(entries.size()); }
-    QString List(int i) const override { return i >= 0 && i < entries.size() ? entries[i] : QString(); }
-    int ListIndex() const override { return index; }
-    void SetListIndex(int i) override { index = i >= 0 && i < entries.size() ? i : -1; }
-};
+using ListCombo = FakeDeviceCombo;
 
 PosixPaths paths(QStringLiteral(QB_SOURCE_DIR "/data"));
 NoPrompts prompts;

@@ -1,5 +1,6 @@
 #include "compile/CompileScript.h"
 
+#include "core/Convert.h"
 #include "core/DeviceCombo.h"
 #include "platform/Failure.h"
 #include "platform/Paths.h"
@@ -15,16 +16,6 @@ QString joinPosix(const QString& dir, const QString& name) {
 }
 
 }  // namespace
-
-QString trimBlanks(const QString& text) {
-    qsizetype from = 0;
-    qsizetype to = text.size();
-    while (from < to && text[from] == QLatin1Char(' '))
-        ++from;
-    while (to > from && text[to - 1] == QLatin1Char(' '))
-        --to;
-    return text.mid(from, to - from);
-}
 
 QByteArray runpbBat(const CompileInputs& in) {
     const QString tempDat = in.S + QStringLiteral("\\temp.dat");

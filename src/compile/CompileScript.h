@@ -3,6 +3,7 @@
 // Both remove the old output, go to the document's directory, put the compiler's directory in front of
 // the search path, run the compiler with its standard output redirected, and show that output.
 
+#include "core/Convert.h"
 #include "platform/Launcher.h"
 
 #include <QByteArray>
@@ -64,5 +65,3 @@ QString selectCompileDevice(DeviceCombo& combo);
 // text without blanks at either end, followed by " -oq"; anything else stays as typed.
 QString optionsWithOq(const QString& options);
 
-// Blanks (spaces only, no other white space) removed from both ends.
-QString trimBlanks(const QString& text);

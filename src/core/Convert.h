@@ -11,3 +11,7 @@ double numberOf(const QString& text);
 qint16 int16Of(const QString& text);
 qint32 int32Of(const QString& text);
 float singleOf(const QString& text);
+
+// Blanks (spaces only, no other white space) removed from both ends, as the compilers' options and paths
+// are taken.
+QString trimBlanks(const QString& text);

@@ -7,17 +7,9 @@
 
 #include <QProcess>
 
-namespace {
+#include "core/Convert.h"
 
-QString trimBlanks(const QString& text) {
-    qsizetype from = 0;
-    qsizetype to = text.size();
-    while (from < to && text[from] == QLatin1Char(' '))
-        ++from;
-    while (to > from && text[to - 1] == QLatin1Char(' '))
-        --to;
-    return text.mid(from, to - from);
-}
+namespace {
 
 bool isToken(const QString& token, const char* name) {
     return token.compare(QLatin1String(name), Qt::CaseInsensitive) == 0;

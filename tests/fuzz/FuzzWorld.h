@@ -2,7 +2,7 @@
 // What a fuzz target needs of the platform: an application directory of its own, message boxes that are
 // recorded instead of shown, a device list without a window, and a way to stop on a broken property.
 
-#include "core/DeviceCombo.h"
+#include "support/FakeDeviceCombo.h"
 #include "core/Globals.h"
 #include "platform/Paths.h"
 #include "platform/Prompts.h"
@@ -63,20 +63,7 @@ private:
     QString dir_;
 };
 
-class ListCombo : public DeviceCombo {
-public:
-    QStringList entries;
-    int index = -1;
-    void Clear() override {
-        entries.clear();
-        index = -1;
-    }
-    void AddItem(const QString& text) override { entries << text; }
-    int ListCount() const override { return int(entries.size()); }
-    QString List(int i) const override { return entries.value(i); }
-    int ListIndex() const override { return index; }
-    void SetListIndex(int i) override { index = i >= 0 && i < entries.size() ? i : -1; }
-};
+using ListCombo = FakeDeviceCombo;
 
 // A temporary application directory in globals() for the whole run.
 struct FuzzWorld {
