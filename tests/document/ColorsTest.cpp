@@ -77,22 +77,6 @@ TEST_F(Colors, EmptySettingsGiveTheDefaultsOnScreenAndInPrintAndAreStoredAtClose
         EXPECT_EQ(GetSetting(applicationName(), sectionOf(key), nameOf(key), "(none)"), text) << nameOf(key).toStdString();
 }
 
-TEST_F(Colors, AStoredValueThatIsNoNumberLeavesThatColourAsTheControlHasIt) {
-    saveSetting(Key::svComment, "green");
-    saveSetting(Key::svBackGround, "dark");
-    saveSetting(Key::svString, "255");
-    saveSetting(Key::FontName, "Courier New");
-    auto doc = open();
-    SourceView& v = *doc->View;
-    EXPECT_EQ(fore(v.tokenInfo(), 6), -1);
-    EXPECT_EQ(fore(v.printTokenInfo(), 6), -1);
-    EXPECT_EQ(fore(v.tokenInfo(), 7), kRed);
-    EXPECT_EQ(fore(v.tokenInfo(), 10), 0xB40000);
-    EXPECT_FALSE(v.tokenInfo().hasBackground(0));
-    EXPECT_EQ(v.FontName(), "Courier New");
-    EXPECT_EQ(globals().PBPCodes[0][0], "@");  // the window came up whole
-}
-
 TEST_F(Colors, ATokenColourReachesEveryDocumentAndPrintAndTheClosingOneStoresIt) {
     auto a = open();
     auto b = open();

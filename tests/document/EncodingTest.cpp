@@ -76,21 +76,3 @@ TEST_F(Encoding, ATurkishFileShowsItsLettersAndAsksBeforeItBecomesUtf8) {
     EXPECT_EQ(world.prompts.boxes.size(), 3u);
 }
 
-TEST_F(Encoding, EveryHighByteOfEachCodePageSurvivesLoadAndSave) {
-    QByteArray bytes("' ");
-    for (int b = 0x80; b <= 0xFF; ++b)
-        bytes.append(char(b));
-    bytes += "\r\n";
-    for (const char* page : {"windows-1250", "windows-1251", "windows-1253", "windows-1254", "bogus-page"}) {
-        SCOPED_TRACE(page);
-        saveSetting(Key::LegacyEncoding, page);
-        const QString p = world.write("all.pbp", bytes);
-        doc.LoadFile(p);
-        EXPECT_FALSE(doc.GetLine(0).contains(QChar::ReplacementCharacter));
-        ASSERT_EQ(save(world.file("out.pbp")), 0);
-        EXPECT_EQ(read(world.file("out.pbp")), bytes);
-    }
-    EXPECT_TRUE(world.prompts.boxes.empty());
-    // The last name is no code page: Windows-1252, as before there was a setting.
-    EXPECT_EQ(doc.GetLine(0).mid(2, 1), QStringLiteral("€"));
-}

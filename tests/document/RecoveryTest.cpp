@@ -109,32 +109,6 @@ TEST(RecoveryFile, CutOrForeignBytesAreNoRecord) {
     EXPECT_FALSE(decodeRecovery(encodeRecovery({"", 77, "x"})));
 }
 
-TEST(RecoveryFile, DirectoryAndNames) {
-    {
-        EnvVar state("XDG_STATE_HOME", "/srv/state");
-        EXPECT_EQ(recoveryDirectory(), "/srv/state/tarnlet/recovery");
-    }
-    {
-        EnvVar home("HOME", "/home/ann");
-        EnvVar state("XDG_STATE_HOME", QByteArray());
-        EXPECT_EQ(recoveryDirectory(), "/home/ann/.local/state/tarnlet/recovery");
-        // A relative value is not a base directory.
-        EnvVar relative("XDG_STATE_HOME", "state");
-        EXPECT_EQ(recoveryDirectory(), "/home/ann/.local/state/tarnlet/recovery");
-    }
-    std::set<QString> names;
-    for (int i = 0; i < 50; ++i) {
-        const QString n = newRecoveryFileName(31337);
-        EXPECT_EQ(recoveryFileOwner(n), 31337) << n.toStdString();
-        names.insert(n);
-    }
-    EXPECT_EQ(names.size(), 50u);
-    const QString good = newRecoveryFileName(5);
-    for (const QString& foreign : {good + ".Ab12Cd", "x" + good, QString("5-abc.recovery"), QString("notes.txt"),
-                                   QString("-5-00000000000000000000000000000000.recovery")})
-        EXPECT_FALSE(recoveryFileOwner(foreign)) << foreign.toStdString();
-}
-
 TEST(RecoveryOwner, RunningDeadZombieAndReusedIds) {
     const QString me = ownProcessName();
     EXPECT_TRUE(isRunningInstance(ownProcessId(), me));

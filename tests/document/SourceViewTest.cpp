@@ -270,26 +270,6 @@ TEST(SourceView, KeysAndMouseReachTheEditorThroughTheControl) {
     EXPECT_EQ(ups, (Log{{2, 1, 7, 5}}));
 }
 
-TEST(SourceView, MarginStylesShowAStripAndLineNumbers) {
-    SourceView view;
-    EXPECT_EQ(view.marginStyle(), MarginStyle::Fixed);
-    auto widths = [&] {
-        std::array<int, 3> w{};
-        for (int m = 0; m < 3; ++m)
-            w[m] = sci(view).marginWidth(m);
-        return w;
-    };
-    view.setMarginStyle(MarginStyle::Scrolling);
-    EXPECT_GT(widths()[0], 20);
-    EXPECT_EQ(widths()[1], 20);
-    view.setMarginStyle(MarginStyle::Fixed);
-    EXPECT_EQ(widths(), (std::array{0, 20, 0}));
-    view.setMarginStyle(MarginStyle::None);
-    EXPECT_EQ(widths(), (std::array{0, 0, 0}));
-    SourceView output(nullptr, true);
-    EXPECT_EQ(output.marginStyle(), MarginStyle::None);
-}
-
 TEST(SourceView, ReplaceAllIsOnePassAndOneUndoStep) {
     SourceView view;
     QString original;

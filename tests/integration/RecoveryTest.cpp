@@ -177,38 +177,3 @@ TEST(Recovery, KilledWithTwoModifiedDocumentsBothComeBack) {
     EXPECT_FALSE(QFile::exists(fresh));
 }
 
-TEST(Recovery, ARunningTarnletKeepsItsFilesAndAKilledOneGivesThemUp) {
-    const QString tarnlet = QStringLiteral(QB_BINARY_DIR "/tarnlet");
-    ASSERT_TRUE(QFile::exists(tarnlet)) << "build the tarnlet target first";
-    TestWorld w;
-    QTemporaryDir state, own;
-    const QString source = w.write("prog.pbp", "' program\n");
-
-    QProcess real;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("QT_QPA_PLATFORM", "offscreen");
-    env.insert("XDG_CONFIG_HOME", w.configDir());
-    env.insert("XDG_STATE_HOME", own.path());
-    real.setProcessEnvironment(env);
-    real.start(tarnlet, {source});
-    ASSERT_TRUE(real.waitForStarted());
-    const qint64 pid = real.processId();
-    const auto running = [](qint64 p) { return isRunningInstance(p, QStringLiteral("tarnlet")); };
-    ASSERT_TRUE(running(pid));
-    const QString file = state.path() + "/" + newRecoveryFileName(pid);
-    writeRecoveryFile(file, {source, pid, "' program\nHIGH 0\n"});
-
-    EXPECT_TRUE(offerRecovery(state.path(), ownProcessId(), running).empty());
-    EXPECT_TRUE(w.prompts.boxes.empty());
-    EXPECT_TRUE(QFile::exists(file));
-
-    real.kill();
-    ASSERT_TRUE(real.waitForFinished());
-    w.prompts.answers = {Answer::Yes};
-    const std::vector<RecoveredDocument> docs = offerRecovery(state.path(), ownProcessId(), running);
-    ASSERT_EQ(docs.size(), 1u);
-    EXPECT_EQ(docs[0].pathName, source);
-    EXPECT_EQ(docs[0].text, "' program\nHIGH 0\n");
-    EXPECT_FALSE(QFile::exists(file));
-    EXPECT_TRUE(QFile::exists(docs[0].recoveryFile));
-}

@@ -79,17 +79,6 @@ TEST_F(PathsTest, AnythingButAnInstalledTreeKeepsEverythingBesideTheExecutable) 
     EXPECT_EQ(applicationPlaces(at("local/bin"), at("xdg"), home).applicationDirectory, at("local/bin"));
 }
 
-TEST_F(PathsTest, ThePlatformPathsFollowTheRunningExecutableOrTheGivenDirectory) {
-    // The test program lies in a build tree.
-    PosixPaths running;
-    EXPECT_EQ(running.applicationDirectory(), QCoreApplication::applicationDirPath());
-    EXPECT_TRUE(running.installedDataDirectory().isEmpty());
-
-    PosixPaths given(at("portable//"));
-    EXPECT_EQ(given.applicationDirectory(), at("portable"));
-    EXPECT_TRUE(given.installedDataDirectory().isEmpty());
-}
-
 TEST_F(PathsTest, MakingADirectoryMakesEveryMissingLevelAndNamesTheOneThatFails) {
     makeDirectory(at("data/home/tarnlet"));
     EXPECT_TRUE(QFileInfo(at("data/home/tarnlet")).isDir());
