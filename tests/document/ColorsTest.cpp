@@ -1,5 +1,5 @@
-// Token colours, view colours and the font face: from the settings into a new view, through the colour
-// commands into every open document, and back into the settings when a document closes.
+// Token and view colours: from the settings into a new view, through the colour commands into every open
+// document, and back into the settings when a document closes.
 #include "document/EditorColors.h"
 #include "document/SourceLexer.h"
 #include "document/SourceView.h"
@@ -30,13 +30,17 @@ qint32 fore(const TokenInfo& t, int cls) {
 struct Colors : ::testing::Test {
     TestWorld world;
     FakeFrame frame;
-
-    // Closes through the window's own close, as the frame does; the window is gone afterwards.
+    std::unique_ptr<frmEditor> open() { return std::make_unique<frmEditor>(frame); }
+    // Through the window's own close, as the frame does.
     static void close(std::unique_ptr<frmEditor>& doc) {
         ASSERT_TRUE(doc->close());
         doc.reset();
     }
-    std::unique_ptr<frmEditor> open() { return std::make_unique<frmEditor>(frame); }
+    void command(const char* id, qint32 colour, int clickedClass = 0) {
+        globals().ClickedTokenClass = clickedClass;
+        world.prompts.colors = {colour};
+        colorCommand(frame, id);
+    }
 };
 
 }  // namespace
@@ -44,62 +48,43 @@ struct Colors : ::testing::Test {
 TEST_F(Colors, EmptySettingsGiveTheDefaultsOnScreenAndInPrintAndAreStoredAtClose) {
     auto doc = open();
     SourceView& v = *doc->View;
-    const TokenInfo& screen = v.tokenInfo();
-    const TokenInfo& print = v.printTokenInfo();
-    const std::vector<std::pair<int, qint32>> colours = {{2, 0}, {3, 0xC0C000}, {6, 0x009600}, {7, 0x0000B4},
-                                                          {11, 0xC000C0}, {4, -1}, {9, -1}};
+    const std::pair<int, qint32> colours[] = {{3, 0xC0C000}, {6, 0x009600}, {11, 0xC000C0}, {4, -1}};
     for (const auto& [cls, colour] : colours) {
-        EXPECT_EQ(fore(screen, cls), colour) << cls;
-        EXPECT_EQ(fore(print, cls), colour) << cls;
+        EXPECT_EQ(fore(v.tokenInfo(), cls), colour) << cls;
+        EXPECT_EQ(fore(v.printTokenInfo(), cls), colour) << cls;
     }
     for (int cls = 0; cls < TokenInfo::kClasses; ++cls) {
-        EXPECT_EQ(screen.background(cls), systemColor(kColorWindow)) << cls;
-        EXPECT_FALSE(print.hasBackground(cls)) << cls;
-        EXPECT_EQ(screen.fontStyle(cls) + print.fontStyle(cls), cls >= 10 ? 2 : 0) << cls;
+        EXPECT_EQ(v.tokenInfo().background(cls), systemColor(kColorWindow)) << cls;
+        EXPECT_FALSE(v.printTokenInfo().hasBackground(cls)) << cls;
+        EXPECT_EQ(v.tokenInfo().fontStyle(cls) + v.printTokenInfo().fontStyle(cls), cls >= 10 ? 2 : 0) << cls;
     }
-    EXPECT_EQ(v.BackColor(), systemColor(kColorWindow));
-    EXPECT_EQ(v.SelBackColor(), systemColor(kColorHighlight));
-    EXPECT_EQ(v.SelForeColor(), systemColor(kColorHighlightText));
+    EXPECT_EQ(std::make_pair(v.SelBackColor(), v.SelForeColor()),
+              std::make_pair(systemColor(kColorHighlight), systemColor(kColorHighlightText)));
     EXPECT_EQ(v.FontName(), "Courier");
-    // What the screen shows: system colours from the desktop's palette, fixed ones as they are.
+    // System colours come from the desktop's palette, fixed ones as they are.
     EXPECT_EQ(v.sourceLexer()->color(6), QColor(0, 150, 0));
     EXPECT_EQ(v.sourceLexer()->paper(6), QApplication::palette().color(QPalette::Base));
-
     close(doc);
-    const std::vector<std::pair<Key, QString>> stored = {
-        {Key::svSymbol, "0"},          {Key::svNumber, "12632064"},    {Key::svSpecial, "0"},
-        {Key::svComment, "38400"},     {Key::svString, "180"},         {Key::svStatements, "11796480"},
-        {Key::svDefines, "12583104"},  {Key::svVarSize, "11796480"},   {Key::svMath, "11796480"},
-        {Key::svLogic, "11796480"},    {Key::svModifer, "11796480"},   {Key::svBackGround, "-2147483643"},
-        {Key::ViewSelBackColor, "-2147483635"}, {Key::ViewSelForeColor, "-2147483634"},
-    };
+    const std::pair<Key, const char*> stored[] = {{Key::svSymbol, "0"}, {Key::svComment, "38400"},
+        {Key::svStatements, "11796480"}, {Key::svBackGround, "-2147483643"}, {Key::ViewSelBackColor, "-2147483635"},
+        {Key::ViewSelForeColor, "-2147483634"}};
     for (const auto& [key, text] : stored)
-        EXPECT_EQ(GetSetting(applicationName(), sectionOf(key), nameOf(key), "(none)"), text) << nameOf(key).toStdString();
+        EXPECT_EQ(GetSetting(applicationName(), sectionOf(key), nameOf(key), "(none)"), text) << text;
 }
 
 TEST_F(Colors, ATokenColourReachesEveryDocumentAndPrintAndTheClosingOneStoresIt) {
-    auto a = open();
-    auto b = open();
-    globals().ClickedTokenClass = 6;
-    world.prompts.colors = {kRed};
-    colorCommand(frame, "ID_TokenColor");
+    auto a = open(), b = open();
+    command("ID_TokenColor", kRed, 6);
     EXPECT_TRUE(frame.dialog.CancelError);
     for (frmEditor* doc : {a.get(), b.get()}) {
-        EXPECT_EQ(fore(doc->View->tokenInfo(), 6), kRed);
         EXPECT_EQ(fore(doc->View->printTokenInfo(), 6), kRed);
         EXPECT_EQ(doc->View->sourceLexer()->color(6), QColor(255, 0, 0));
         EXPECT_EQ(fore(doc->View->tokenInfo(), 7), 0x0000B4);
     }
     EXPECT_EQ(globals().ClickedTokenClass, 0);
-    EXPECT_EQ(setting(Key::svComment), "38400");  // not until a document closes
-
-    // The symbol class is the view's text colour too.
-    globals().ClickedTokenClass = 2;
-    world.prompts.colors = {kBlue};
-    colorCommand(frame, "ID_TokenColor");
+    EXPECT_EQ(setting(Key::svComment), "38400") << "not until a document closes";
+    command("ID_TokenColor", kBlue, 2);  // the symbol class is the view's text colour too
     EXPECT_EQ(b->View->ForeColor(), kBlue);
-    EXPECT_EQ(fore(b->View->tokenInfo(), 2), kBlue);
-
     close(a);
     EXPECT_EQ(setting(Key::svComment), QString::number(kRed));
     EXPECT_EQ(setting(Key::svSymbol), QString::number(kBlue));
@@ -108,24 +93,21 @@ TEST_F(Colors, ATokenColourReachesEveryDocumentAndPrintAndTheClosingOneStoresIt)
 
 TEST_F(Colors, ACancelChangesNothingAndAClassWithoutAKeyGetsNoColour) {
     auto doc = open();
-    globals().ClickedTokenClass = 6;
     for (const char* id : {"ID_TokenColor", "ID_BackgroundColor", "ID_SelectionTextForegroundColor"}) {
+        globals().ClickedTokenClass = 6;
         try {
             colorCommand(frame, id);
             ADD_FAILURE() << id << " went on without a colour";
         } catch (const Failure& f) {
             EXPECT_EQ(f.number, kCancelError);
         }
+        EXPECT_EQ(globals().ClickedTokenClass, 6);
     }
-    EXPECT_EQ(globals().ClickedTokenClass, 6);
     EXPECT_EQ(fore(doc->View->tokenInfo(), 6), 0x009600);
     EXPECT_EQ(doc->View->BackColor(), systemColor(kColorWindow));
     EXPECT_EQ(doc->View->SelForeColor(), systemColor(kColorHighlightText));
-
     for (int cls : {0, 4, 9, 16}) {
-        globals().ClickedTokenClass = cls;
-        world.prompts.colors = {kRed};
-        colorCommand(frame, "ID_TokenColor");
+        command("ID_TokenColor", kRed, cls);
         EXPECT_EQ(globals().ClickedTokenClass, 0);
         for (int c = 0; c < TokenInfo::kClasses; ++c)
             EXPECT_NE(fore(doc->View->tokenInfo(), c), kRed) << cls << " " << c;
@@ -133,33 +115,27 @@ TEST_F(Colors, ACancelChangesNothingAndAClassWithoutAKeyGetsNoColour) {
     }
 }
 
-TEST_F(Colors, BackgroundAndSelectionColoursReachEveryDocumentAndAreStoredAtClose) {
-    auto a = open();
-    auto b = open();
+TEST_F(Colors, BackgroundAndSelectionColoursReachEveryDocumentAndTheLastToCloseDecides) {
+    auto a = open(), b = open();
     a->View->tokenInfo().SetBackgroundColor(6, kBlue, true);
-    world.prompts.colors = {kRed, 0x00FF00, 0x123456};
-    colorCommand(frame, "ID_BackgroundColor");
-    colorCommand(frame, "ID_SelectionTextForegroundColor");
-    colorCommand(frame, "ID_SelectionTextBackgroundColor");
+    command("ID_BackgroundColor", kRed);
+    command("ID_SelectionTextForegroundColor", 0x00FF00);
+    command("ID_SelectionTextBackgroundColor", 0x123456);
     for (frmEditor* doc : {a.get(), b.get()}) {
         SourceView& v = *doc->View;
-        EXPECT_EQ(v.BackColor(), kRed);
-        EXPECT_EQ(v.TextBackColor(), kRed);
+        EXPECT_EQ(std::make_pair(v.BackColor(), v.TextBackColor()), std::make_pair(kRed, kRed));
         for (int cls = 0; cls < TokenInfo::kClasses; ++cls)
             EXPECT_EQ(v.tokenInfo().background(cls), kRed) << cls;
         EXPECT_EQ(v.sourceLexer()->paper(6), QColor(255, 0, 0));
         EXPECT_FALSE(v.printTokenInfo().hasBackground(0));
-        EXPECT_EQ(v.SelForeColor(), 0x00FF00);
-        EXPECT_EQ(v.SelBackColor(), 0x123456);
+        EXPECT_EQ(std::make_pair(v.SelForeColor(), v.SelBackColor()), std::make_pair(0x00FF00, 0x123456));
     }
-    // A document made now reads the colours the settings still hold.
-    auto c = open();
+    auto c = open();  // reads the colours the settings still hold
     EXPECT_EQ(c->View->BackColor(), systemColor(kColorWindow));
     close(b);
     EXPECT_EQ(setting(Key::svBackGround), QString::number(kRed));
     EXPECT_EQ(setting(Key::ViewSelForeColor), QString::number(0x00FF00));
     EXPECT_EQ(setting(Key::ViewSelBackColor), QString::number(0x123456));
-    // The document that closes last decides.
     close(c);
     EXPECT_EQ(setting(Key::svBackGround), "-2147483643");
 }

@@ -1,4 +1,4 @@
-// Reading and writing source files: byte-exact round trips, and failures that lose nothing.
+// Reading and writing source files: byte-exact round trips, the user's code page, and failures that lose nothing.
 #include "core/Settings.h"
 #include "document/Document.h"
 #include "document/SourceView.h"
@@ -9,7 +9,7 @@
 
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
+#include <QLocale>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -26,21 +26,14 @@ namespace {
 
 class DocumentFile : public ::testing::Test {
 protected:
-    // Settings of its own, where a file that is not UTF-8 is Windows-1252 whatever the machine's locale.
-    TestWorld world;
-    QTemporaryDir dir;
+    TestWorld world;  // a file that isn't UTF-8 is Windows-1252 here, whatever the machine's locale
     SourceView view;
     Document& doc = view.document();
     Failure last;
 
     void SetUp() override { saveSetting(Key::LegacyEncoding, kWindows1252); }
-
-    QString path(const QString& name) const { return dir.filePath(name); }
-    QString write(const QString& name, const QByteArray& bytes) const {
-        QFile f(path(name));
-        EXPECT_TRUE(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size());
-        return f.fileName();
-    }
+    QString path(const QString& name) const { return world.file(name); }
+    QString write(const QString& name, const QByteArray& bytes) const { return world.write(name, bytes); }
     static QByteArray read(const QString& p) {
         QFile f(p);
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<unreadable>");
@@ -50,7 +43,7 @@ protected:
         doc.InsertImpl(doc.GetLineLength(end), end, text, false);
         doc.UpdateViews(128, end, end, 0, end);
     }
-    // The Failure's errno, or 0 when the load or save went through.
+    // The Failure's number, or 0 when it went through.
     long attempt(void (Document::*op)(const QString&), const QString& p) try {
         (doc.*op)(p);
         return 0;
@@ -66,13 +59,12 @@ constexpr uid_t kNobody = 65534;
 
 }  // namespace
 
-TEST_F(DocumentFile, UnchangedFilesRoundTripByteForByteAndEditsKeepTheCodePageWhileItFits) {
+TEST_F(DocumentFile, UnchangedFilesRoundTripByteForByteAndEnterTakesTheFirstLineEnding) {
     QByteArray high;  // 0x80..0x9F, the five undefined bytes among them
     for (int b = 0x80; b <= 0x9F; ++b)
         high.append(char(b));
     const auto crlf = QsciScintilla::EolWindows, lf = QsciScintilla::EolUnix, cr = QsciScintilla::EolMac;
-    // Each file's bytes, its line count, and its first line ending, which is what Enter inserts.
-    const std::tuple<const char*, QByteArray, int, QsciScintilla::EolMode> cases[] = {
+    const std::tuple<const char*, QByteArray, int, QsciScintilla::EolMode> cases[] = {  // bytes, lines, Enter
         {"cp1252 CRLF", "' caf\xE9 \x80 test\r\nx = 1 ' " + high + "\r\nGOTO loop\r\n", 4, crlf},
         {"UTF-8 LF", "' caf\xC3\xA9 \xE2\x82\xAC\nx = 1\n", 3, lf},
         {"UTF-8 with BOM", "\xEF\xBB\xBF' bom\r\nx = 1\r\n", 3, crlf},
@@ -93,26 +85,47 @@ TEST_F(DocumentFile, UnchangedFilesRoundTripByteForByteAndEditsKeepTheCodePageWh
         }
         EXPECT_FALSE(doc.Modified());
     }
-    const QString p = write("a.pbp", "' caf\xE9 \x80\x96\r\nb\nc");
+}
+
+TEST_F(DocumentFile, ATurkishFileKeepsItsCodePageUntilAskedToBecomeUtf8) {
+    saveSetting(Key::LegacyEncoding, legacyEncodingFor(QLocale("tr_TR")));
+    const QByteArray bytes("' \xDE\xFE\xFD\xF0 \xE7\xF6z\xFCm\r\nHIGH PORTB.0\r\n");
+    const QString p = write("turkish.pbp", bytes);
     doc.LoadFile(p);
-    EXPECT_EQ(doc.GetLine(0), QString::fromUtf8("' caf\xC3\xA9 \xE2\x82\xAC\xE2\x80\x93"));
-    EXPECT_EQ(doc.GetLineLength(0), 9);
-    EXPECT_EQ(doc.GetLine(7), "");  // no such line
-    SourceViewEditor::of(view).SendScintilla(QsciScintilla::SCI_DOCUMENTEND);
-    SourceViewEditor::of(view).SendScintilla(QsciScintilla::SCI_NEWLINE);  // the file's first ending; the others stay as they were
-    typeAtEnd(QString::fromUtf8("\xE2\x82\xAC"));    // € is in the code page
+    EXPECT_EQ(doc.GetLine(0), QStringLiteral("' Şşığ çözüm"));
     ASSERT_EQ(save(p), 0);
-    EXPECT_EQ(read(p), QByteArray("' caf\xE9 \x80\x96\r\nb\nc\r\n\x80"));
+    EXPECT_EQ(read(p), bytes);
+    typeAtEnd(QStringLiteral("' €"));  // in the code page: no question
+    ASSERT_EQ(save(p), 0);
+    EXPECT_EQ(read(p), bytes + "' \x80");
     EXPECT_TRUE(world.prompts.boxes.empty());
-    typeAtEnd(QString::fromUtf8("\xE2\x98\x83"));  // ☃ isn't: UTF-8 keeps every character, once the user agrees
+
+    typeAtEnd(QStringLiteral(" ✓"));
+    world.prompts.answers = {Answer::No, Answer::No};
+    EXPECT_EQ(save(p), kCancelError);
+    EXPECT_EQ(save(path("copy.pbp")), kCancelError);  // Save As asks too, and makes no file
+    EXPECT_EQ(read(p), bytes + "' \x80");
+    EXPECT_FALSE(QFile::exists(path("copy.pbp")));
+    EXPECT_TRUE(doc.Modified());
+    ASSERT_EQ(world.prompts.boxes.size(), 2u);
+    const Box& box = world.prompts.boxes[0];
+    for (const QString& told : {p, QStringLiteral("windows-1254"), QStringLiteral("\"✓\" (line 3"),
+                                QStringLiteral("UTF-8")})
+        EXPECT_TRUE(box.text.contains(told)) << box.text.toStdString();
+    EXPECT_EQ(std::make_pair(box.icon, box.buttons), std::make_pair(Icon::Exclamation, Buttons::YesNo));
+
+    world.prompts.answers = {Answer::Yes};
     ASSERT_EQ(save(p), 0);
-    EXPECT_EQ(world.prompts.boxes.size(), 1u);
-    EXPECT_EQ(read(p), QByteArray("' caf\xC3\xA9 \xE2\x82\xAC\xE2\x80\x93\r\nb\nc\r\n\xE2\x82\xAC\xE2\x98\x83"));
+    EXPECT_EQ(read(p), QStringLiteral("' Şşığ çözüm\r\nHIGH PORTB.0\r\n' € ✓").toUtf8());
+    EXPECT_FALSE(doc.Modified());
+    typeAtEnd(QStringLiteral("γ"));  // UTF-8 from now on: no more questions
+    ASSERT_EQ(save(p), 0);
+    EXPECT_EQ(world.prompts.boxes.size(), 3u);
 }
 
 TEST_F(DocumentFile, ARefusedFileIsNeverSavedOverButAMissingOneMayBe) {
     ASSERT_TRUE(QFile::resize(write("big.pbp", ""), Document::kMaxFileBytes + 1));  // sparse
-    QDir(dir.path()).mkdir("folder.pbp");
+    QDir(world.appDir()).mkdir("folder.pbp");
     const std::tuple<QString, long, const char*> refused[] = {  // the file, its errno, what the message says
         {path("big.pbp"), EFBIG, "too large"},
         {path("folder.pbp"), EISDIR, ""},
@@ -134,28 +147,45 @@ TEST_F(DocumentFile, ARefusedFileIsNeverSavedOverButAMissingOneMayBe) {
         EXPECT_EQ(QFileInfo(file).size(), size);
         EXPECT_TRUE(doc.Modified());
     }
-    EXPECT_EQ(save(path("elsewhere.pbp")), 0);  // another name is fine
-    write("prog.hex", "now text\n");           // a later successful load lifts the refusal
+    EXPECT_EQ(save(path("elsewhere.pbp")), 0);
+    write("prog.hex", "now text\n");  // a later successful load lifts the refusal
     ASSERT_EQ(load(path("prog.hex")), 0);
     EXPECT_EQ(save(path("prog.hex")), 0);
 
-    // A missing file gives an empty, unmodified document that may be saved: there was nothing to lose.
+    // Missing: an empty, unmodified document that may be saved, there being nothing to lose.
     EXPECT_EQ(load(path("Untitled.pbp")), ENOENT);
     EXPECT_TRUE(last.description.contains("Untitled.pbp"));
     EXPECT_EQ(std::make_tuple(doc.NumLines(), doc.Modified(), doc.CanUndo()), std::make_tuple(1, false, false));
     typeAtEnd("x");
     EXPECT_EQ(save(path("Untitled.pbp")), 0);
     EXPECT_EQ(read(path("Untitled.pbp")), QByteArray("x"));
+
+    // The limit is far above any real source.
+    const QByteArray line("    LCDOut $FE, 1, \"Count: \", DEC4 counter ' show the count\r\n");
+    const int lines = int(50LL * 1024 * 1024 / line.size()) + 1;
+    ASSERT_EQ(load(write("big.pbp", line.repeated(lines))), 0);
+    EXPECT_EQ(doc.NumLines(), lines + 1);
 }
 
-// A full disk, as the process sees one: a file size limit makes the write fail with EFBIG part-way.
-TEST_F(DocumentFile, AFailedSaveLeavesTheOldFileWholeAndTheDocumentModified) {
+// The folder's own refusal is told, not the "No such file" a look at the missing file would give; a
+// file size limit stands in for a full disk.
+TEST_F(DocumentFile, FailedSavesNameTheirRealCauseAndLeaveTheOldFileWhole) {
     const QByteArray old("old text that must survive\r\n");
     const QString p = write("a.pbp", old);
     doc.LoadFile(p);
     typeAtEnd(QString(10000, u'x'));  // less than QFileDevice buffers, more than the limit
-    EXPECT_EQ(save(path("no/such/folder/a.pbp")), ENOENT);
-    EXPECT_TRUE(last.description.contains("No such file or directory"));
+    const std::pair<QString, std::vector<long>> cases[] = {
+        {path("no/such/folder/a.pbp"), {ENOENT}},
+        {write("plain.txt", "x") + "/a.pbp", {ENOTDIR}},
+        {"/proc/1/a.pbp", {EACCES, EPERM}},  // root too may make no file there
+    };
+    for (const auto& [file, causes] : cases) {
+        SCOPED_TRACE(file.toStdString());
+        const long err = save(file);
+        EXPECT_NE(std::find(causes.begin(), causes.end(), err), causes.end()) << err;
+        EXPECT_TRUE(last.description.contains(QString::fromLocal8Bit(std::strerror(int(err)))))
+            << last.description.toStdString();
+    }
     auto* previous = std::signal(SIGXFSZ, SIG_IGN);
     rlimit saved{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &saved), 0);
@@ -166,65 +196,30 @@ TEST_F(DocumentFile, AFailedSaveLeavesTheOldFileWholeAndTheDocumentModified) {
     std::signal(SIGXFSZ, previous);
     EXPECT_EQ(err, EFBIG);
     EXPECT_EQ(read(p), old);
-    EXPECT_TRUE(doc.Modified());  // after either failure
-    EXPECT_EQ(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"a.pbp"});
+    EXPECT_TRUE(doc.Modified());
+    EXPECT_EQ(QDir(world.appDir()).entryList(QDir::Files), QStringList({"a.pbp", "plain.txt"}));
     EXPECT_EQ(save(p), 0);  // with room again the same save goes through
     EXPECT_EQ(read(p).size(), old.size() + 10000);
 }
 
-TEST_F(DocumentFile, AFiftyMegabyteFileOpens) {
-    const QByteArray line("    LCDOut $FE, 1, \"Count: \", DEC4 counter ' show the count\r\n");
-    const int lines = int(50LL * 1024 * 1024 / line.size()) + 1;
-    ASSERT_EQ(load(write("big.pbp", line.repeated(lines))), 0);
-    EXPECT_EQ(doc.NumLines(), lines + 1);
-    EXPECT_EQ(doc.GetLine(lines - 1), QString::fromLatin1(line.chopped(2)));
-    EXPECT_FALSE(doc.Modified());
-}
-
-// The folder refuses the new file: the message says why, not "No such file or directory" (which a look
-// at the file that isn't there yet would give). Root meets both: a regular file used as a folder, and a
-// folder of the process table, where no one may make a file.
-TEST_F(DocumentFile, ASaveThatCannotStartNamesItsRealCause) {
-    typeAtEnd("x = 1");
-    const std::pair<QString, std::vector<long>> cases[] = {
-        {write("plain.txt", "x") + "/a.pbp", {ENOTDIR}},
-        {"/proc/1/a.pbp", {EACCES, EPERM}},
-    };
-    for (const auto& [file, causes] : cases) {
-        SCOPED_TRACE(file.toStdString());
-        const long err = save(file);
-        EXPECT_NE(std::find(causes.begin(), causes.end(), err), causes.end()) << err;
-        EXPECT_TRUE(last.description.contains(QString::fromLocal8Bit(std::strerror(int(err)))))
-            << last.description.toStdString();
-        EXPECT_TRUE(doc.Modified());
-    }
-}
-
-// A file of the user's own in a folder where they may make no file (a shared folder, a project of
-// another account): saved in place, as the atomic way, a new file renamed over the old, is refused.
-// Root may write anywhere, so as root the saves run in a child process that has become "nobody".
+// The user's own file in a folder that takes no new file is saved in place, the atomic rename being
+// refused. Root may write anywhere, so as root the saves run in a child that has become "nobody".
 TEST_F(DocumentFile, AFileInAFolderThatTakesNoNewFileIsSavedInPlace) {
     const QString folder = path("shared");
-    ASSERT_TRUE(QDir().mkdir(folder));
     const QString owned = write("shared/owned.pbp", "old\n");
     const bool root = geteuid() == 0;
     ASSERT_EQ(::chown(owned.toLocal8Bit().constData(), root ? kNobody : geteuid(), gid_t(-1)), 0);
     ASSERT_EQ(::chmod(folder.toLocal8Bit().constData(), 0555), 0);
-    ASSERT_EQ(::chmod(dir.path().toLocal8Bit().constData(), 0755), 0);
+    ASSERT_EQ(::chmod(world.appDir().toLocal8Bit().constData(), 0755), 0);
     doc.LoadFile(owned);
     typeAtEnd("new");
-
-    // A bit for each thing that went wrong, so that the child can tell them by its exit status.
+    // A bit for each thing that went wrong, for the child's exit status.
     auto saves = [&] {
-        int wrong = 0;
-        if (save(owned) != 0 || doc.Modified())
-            wrong |= 1;
+        int wrong = (save(owned) != 0 || doc.Modified()) ? 1 : 0;
         typeAtEnd(" more");
         if (save(folder + "/new.pbp") != EACCES || !last.description.contains("Permission denied"))
             wrong |= 2;
-        if (!doc.Modified())
-            wrong |= 4;
-        return wrong;
+        return wrong | (doc.Modified() ? 0 : 4);
     };
     int wrong = 0;
     if (!root) {

@@ -1,5 +1,5 @@
-// The document window's answers to its view's events: the status panels, the tools, indent and outdent,
-// the margin click and the context menu, the font toggle, the word sets and the modified mark.
+// The document window's answers to its view's events: status panels, tools, indent, margin click and
+// context menu, the font toggle, the word sets and the modified mark.
 #include "document/Document.h"
 #include "document/Language.h"
 #include "document/SourceView.h"
@@ -21,6 +21,9 @@ using Sci = QsciScintillaBase;
 
 namespace {
 
+const QString kGotoTip = QStringLiteral("Continue execution at specified label.");
+const QString kPauseTip = QStringLiteral("Delay (1mSec resolution).");
+
 struct EditorEvents : ::testing::Test {
     TestWorld world;
     FakeFrame frame;
@@ -34,11 +37,15 @@ struct EditorEvents : ::testing::Test {
     }
     QWidget* keys() const { return view.editorWidget(); }
     void type(const QString& text) { typeText(keys(), text); }
-    QString tip() const { return frame.panels[2]; }
+    // The tip panel after the caret is put here.
+    QString tipAt(int col, int line) {
+        view.SetSel(col, line, col, line);
+        return frame.panels[2];
+    }
     bool tool(const char* id) const { return frame.tools.value(QString::fromLatin1(id).toUpper()); }
-    int classAt(int col, int line) const {
+    static int classAt(SourceView& v, int col, int line) {
         int cls = -1, start = 0, length = 0;
-        view.GetTokenAt(col, line, cls, start, length);
+        v.GetTokenAt(col, line, cls, start, length);
         return cls;
     }
     std::array<int, 4> selection() const {
@@ -46,17 +53,14 @@ struct EditorEvents : ::testing::Test {
         view.GetSel(s[0], s[1], s[2], s[3]);
         return s;
     }
-    // A client point on the text: the left edge of a column of a line, half a line down.
-    QPoint pointAt(int col, int line) {
+    // A press and release on the text, at the left edge of a column (or x), half a line down.
+    void click(Qt::MouseButton button, int col, int line, int x = -1) {
         SourceViewEditor& e = SourceViewEditor::of(view);
         const long pos = e.positionFromLineIndex(line, col);
-        return {int(e.SendScintilla(Sci::SCI_POINTXFROMPOSITION, 0UL, pos)) + 1,
-                int(e.SendScintilla(Sci::SCI_POINTYFROMPOSITION, 0UL, pos)) + e.textHeight(line) / 2};
-    }
-    void release(Qt::MouseButton button, QPoint at) {
-        QWidget* viewport = SourceViewEditor::of(view).viewport();
-        QTest::mousePress(viewport, button, Qt::NoModifier, at);
-        QTest::mouseRelease(viewport, button, Qt::NoModifier, at);
+        const QPoint at(x >= 0 ? x : int(e.SendScintilla(Sci::SCI_POINTXFROMPOSITION, 0UL, pos)) + 1,
+                        int(e.SendScintilla(Sci::SCI_POINTYFROMPOSITION, 0UL, pos)) + e.textHeight(line) / 2);
+        QTest::mousePress(e.viewport(), button, Qt::NoModifier, at);
+        QTest::mouseRelease(e.viewport(), button, Qt::NoModifier, at);
     }
 };
 
@@ -65,43 +69,30 @@ struct EditorEvents : ::testing::Test {
 TEST_F(EditorEvents, CaretMoveShowsThePositionAndTheTipOfTheWordLeftOfTheCaret) {
     type("goto");
     EXPECT_EQ(frame.panels[1], "Line: 1 Col: 5");
-    EXPECT_EQ(tip(), "Continue execution at specified label.");
-    type("\nHigh");
-    EXPECT_EQ(tip(), "Make pin output high.");
-    type(" GoTo PORTA var");
+    EXPECT_EQ(frame.panels[2], kGotoTip);
+    type("\nHigh GoTo PORTA var");
     EXPECT_EQ(frame.panels[1], "Line: 2 Col: 20");
-    EXPECT_EQ(tip(), "");  // VAR's row has no tip
-
+    EXPECT_EQ(frame.panels[2], "") << "VAR's row has no tip";
     // A statement word that no row has, such as a port, keeps the tip standing.
     globals().Ports[1] = 4;
     doc.LoadReservedWords();
-    ASSERT_EQ(classAt(11, 1), 10);
-    view.SetSel(9, 1, 9, 1);
-    EXPECT_EQ(tip(), "Continue execution at specified label.");
-    view.SetSel(15, 1, 15, 1);
-    EXPECT_EQ(tip(), "Continue execution at specified label.");
-
+    ASSERT_EQ(classAt(view, 11, 1), 10);
+    EXPECT_EQ(tipAt(9, 1), kGotoTip);
+    EXPECT_EQ(tipAt(15, 1), kGotoTip);
     // A keyword inside a comment, a string or a number is no keyword.
     type("\nPause ' goto\nx = \"goto\" + 10goto");
     for (const auto& [col, line] : std::vector<std::pair<int, int>>{{12, 2}, {9, 3}, {19, 3}}) {
-        view.SetSel(5, 2, 5, 2);
-        ASSERT_EQ(tip(), "Delay (1mSec resolution).");
-        view.SetSel(col, line, col, line);
-        EXPECT_EQ(tip(), "") << "column " << col << " of line " << line;
+        ASSERT_EQ(tipAt(5, 2), kPauseTip);
+        EXPECT_EQ(tipAt(col, line), "") << "column " << col << " of line " << line;
     }
-
-    // At column 0 the token at column 0 is taken, there being nothing left of the caret.
-    view.SetSel(0, 2, 0, 2);
+    EXPECT_EQ(tipAt(0, 2), kPauseTip) << "at column 0 the token at column 0";
     EXPECT_EQ(frame.panels[1], "Line: 3 Col: 1");
-    EXPECT_EQ(tip(), "Delay (1mSec resolution).");
-
-    // The column shown is the one on screen: a tab reaches to the next multiple of four.
     QTest::keyClick(keys(), Qt::Key_End, Qt::ControlModifier);
     type("\n\tx");
-    EXPECT_EQ(frame.panels[1], "Line: 5 Col: 6");
+    EXPECT_EQ(frame.panels[1], "Line: 5 Col: 6") << "the column on screen: a tab reaches to the next multiple of 4";
 }
 
-TEST_F(EditorEvents, WordSetsGiveEachKindOfTokenItsClass) {
+TEST_F(EditorEvents, WordSetsGiveEachKindOfTokenItsClassAndFollowTheCompilerKind) {
     globals().Ports = {0, 1, 8, 0, 0, 0, 0, 0, 0, 0};
     doc.LoadReservedWords();
     view.SetText("x VAR BYTE : DEFINE OSC 20 ABS y AND $1F OR DEC4 \"s\" PORTB TRISC ; note");
@@ -111,133 +102,91 @@ TEST_F(EditorEvents, WordSetsGiveEachKindOfTokenItsClass) {
         {0, 2},  {2, 10}, {6, 12},  {11, 5},  {13, 11}, {20, 11}, {24, 3}, {27, 13}, {33, 10},
         {37, 3}, {41, 14}, {44, 15}, {49, 7}, {53, 10}, {59, 2},  {65, 6}, {1, 0}};
     for (const auto& [col, cls] : expected)
-        EXPECT_EQ(classAt(col, 0), cls) << "column " << col;
+        EXPECT_EQ(classAt(view, col, 0), cls) << "column " << col;
 
-    // PicBasic has no DEFINE names, sizes or modifiers, and no port words.
-    globals().UsePBP = false;
-    doc.InitPBPCodes();
-    doc.LoadReservedWords();
-    for (const auto& [col, cls] : std::vector<std::pair<int, int>>{{6, 2}, {13, 2}, {44, 2}, {53, 2}, {41, 14}})
-        EXPECT_EQ(classAt(col, 0), cls) << "column " << col;
-}
-
-TEST_F(EditorEvents, ACompilerKindChangeReloadsTheWordSetsOfTheFirstDocumentWhoseCaretMoves) {
+    // A change of kind reloads the sets of the first document whose caret moves; the others keep theirs.
     frmEditor other{frame};
-    view.SetText("BYTE");
     other.View->SetText("BYTE");
-    ASSERT_EQ(classAt(0, 0), 12);
-
     globals().UsePBP = false;
     QTest::keyClick(keys(), Qt::Key_End);
     EXPECT_EQ(globals().PBPCodes[0][0], "Branch");
-    EXPECT_EQ(classAt(0, 0), 2);
-    // The table fits again, so the other document keeps the sets it had.
+    // PicBasic has no DEFINE names, sizes or modifiers, and no port words.
+    for (const auto& [col, cls] : std::vector<std::pair<int, int>>{{6, 2}, {13, 2}, {44, 2}, {53, 2}, {41, 14}})
+        EXPECT_EQ(classAt(view, col, 0), cls) << "column " << col;
     other.View->SetSel(2, 0, 2, 0);
-    int cls = 0, start = 0, length = 0;
-    other.View->GetTokenAt(0, 0, cls, start, length);
-    EXPECT_EQ(cls, 12);
-
+    EXPECT_EQ(classAt(*other.View, 0, 0), 12);
     globals().UsePBP = true;
     QTest::keyClick(keys(), Qt::Key_Home);
     EXPECT_EQ(globals().PBPCodes[0][0], "@");
-    EXPECT_EQ(classAt(0, 0), 12);
+    EXPECT_EQ(classAt(view, 6, 0), 12);
 }
 
-TEST_F(EditorEvents, IndentAndOutdentWorkOnTheSelectedLinesAndLeaveThemSelected) {
+TEST_F(EditorEvents, IndentAndOutdentWorkOnTheSelectedLinesAsOneStepAndLeaveThemSelected) {
     view.SetText("a\n  b\n      c\n \td\n\te\n\nf");
     view.SetSel(0, 0, 0, 6);  // ends at column 0 of the last line: that line counts too
     view.ExecuteCommand(EditCommand::Indent);
     EXPECT_EQ(view.Text(), "\ta\n\t  b\n\t      c\n\t \td\n\t\te\n\t\n\tf");
     EXPECT_EQ(selection(), (std::array<int, 4>{0, 0, 2, 6}));
-
     view.ExecuteCommand(EditCommand::Outdent);
     view.ExecuteCommand(EditCommand::Outdent);
     // One tab, or up to four blanks, a step; a blank and then a tab lose the blank only.
     EXPECT_EQ(view.Text(), "a\nb\n  c\n\td\ne\n\nf");
     EXPECT_EQ(selection(), (std::array<int, 4>{0, 0, 1, 6}));
-
-    // Nothing selected: the caret's line, selected afterwards.
-    view.SetSel(1, 2, 1, 2);
+    view.SetSel(1, 2, 1, 2);  // nothing selected: the caret's line, selected afterwards
     view.ExecuteCommand(EditCommand::Indent);
     EXPECT_EQ(view.Text(), "a\nb\n\t  c\n\td\ne\n\nf");
     EXPECT_EQ(selection(), (std::array<int, 4>{0, 2, 4, 2}));
-
-    // The whole indent is one undo step.
     view.document().Undo();
     EXPECT_EQ(view.Text(), "a\nb\n  c\n\td\ne\n\nf");
-
     view.ExecuteCommand(EditCommand::GotoLine);
     EXPECT_EQ(frame.modals, QStringList{"Goto Line"});
-    EXPECT_EQ(view.Text(), "a\nb\n  c\n\td\ne\n\nf");
 }
 
-TEST_F(EditorEvents, TheToolsFollowSelectionUndoAndClipboard) {
+TEST_F(EditorEvents, TheToolsFollowSelectionUndoClipboardAndMarginClicks) {
     type("abc");
     QApplication::processEvents();
-    EXPECT_FALSE(tool("ID_Cut"));
-    EXPECT_FALSE(tool("ID_Copy"));
-    EXPECT_TRUE(tool("ID_Undo"));
-    EXPECT_FALSE(tool("ID_Redo"));
-
+    EXPECT_EQ(std::make_tuple(tool("ID_Cut"), tool("ID_Copy"), tool("ID_Undo"), tool("ID_Redo")),
+              std::make_tuple(false, false, true, false));
     QTest::keyClick(keys(), Qt::Key_Home, Qt::ShiftModifier);
-    EXPECT_TRUE(tool("ID_Cut"));
-    EXPECT_TRUE(tool("ID_Copy"));
-
+    EXPECT_TRUE(tool("ID_Cut") && tool("ID_Copy"));
     view.document().Undo();
     QApplication::processEvents();
-    EXPECT_EQ(tool("ID_Undo"), view.document().CanUndo());
     EXPECT_TRUE(tool("ID_Redo"));
-
     frame.tools["ID_PASTE"] = false;
     QTest::mouseMove(SourceViewEditor::of(view).viewport(), QPoint(100, 30));
     EXPECT_TRUE(tool("ID_Paste"));
-}
 
-TEST_F(EditorEvents, AReleaseInTheMarginSelectsTheLineAndAnyReleaseRemembersTheTokenClass) {
+    // A release in the margin selects the line; any release remembers the token class.
     view.SetText("High PORTB\n\n' note");
-    const int x = 5;
-    release(Qt::LeftButton, QPoint(x, pointAt(0, 0).y()));
+    click(Qt::LeftButton, 0, 0, 5);
     EXPECT_EQ(selection(), (std::array<int, 4>{0, 0, 10, 0}));
-    EXPECT_TRUE(tool("ID_Cut"));
-    EXPECT_EQ(globals().ClickedTokenClass, 10);
-    EXPECT_TRUE(tool("ID_TokenColor"));
-
-    // An empty line: nothing to select, nothing to colour.
-    release(Qt::LeftButton, QPoint(x, pointAt(0, 1).y()));
-    EXPECT_FALSE(view.TextSelected());
-    EXPECT_FALSE(tool("ID_Cut"));
-    EXPECT_EQ(globals().ClickedTokenClass, 0);
-    EXPECT_FALSE(tool("ID_TokenColor"));
+    EXPECT_EQ(std::make_tuple(tool("ID_Cut"), globals().ClickedTokenClass, tool("ID_TokenColor")),
+              std::make_tuple(true, 10, true));
+    click(Qt::LeftButton, 0, 1, 5);  // an empty line: nothing to select, nothing to colour
+    EXPECT_EQ(std::make_tuple(view.TextSelected(), globals().ClickedTokenClass, tool("ID_TokenColor")),
+              std::make_tuple(false, 0, false));
     EXPECT_TRUE(frame.popups.isEmpty());
-
-    // The right button on the comment: its class, and the Edit menu as a context menu.
-    release(Qt::RightButton, pointAt(3, 2));
-    EXPECT_EQ(globals().ClickedTokenClass, 6);
-    EXPECT_TRUE(tool("ID_TokenColor"));
+    click(Qt::RightButton, 3, 2);  // the comment: its class, and the Edit menu as a context menu
+    EXPECT_EQ(std::make_tuple(globals().ClickedTokenClass, tool("ID_TokenColor")), std::make_tuple(6, true));
     EXPECT_EQ(frame.popups, QStringList{"ID_Edit"});
 }
 
 TEST_F(EditorEvents, ShiftF2TogglesTheFontFaceAndSavesIt) {
     QTest::keyClick(keys(), Qt::Key_F2);
+    QTest::keyClick(keys(), Qt::Key_F2, Qt::ShiftModifier | Qt::ControlModifier);
     EXPECT_TRUE(world.prompts.boxes.empty());
-
     QTest::keyClick(keys(), Qt::Key_F2, Qt::ShiftModifier);
+    EXPECT_EQ(view.FontName(), "Courier New");
     QTest::keyClick(keys(), Qt::Key_F2, Qt::ShiftModifier);
     ASSERT_EQ(world.prompts.boxes.size(), 2u);
-    EXPECT_EQ(world.prompts.boxes[0].text, "Edit window font set to: Courier New");
-    EXPECT_EQ(world.prompts.boxes[0].title, "Toggle Font");
-    EXPECT_EQ(world.prompts.boxes[0].icon, Icon::Information);
-    EXPECT_EQ(world.prompts.boxes[0].buttons, Buttons::Ok);
+    const Box& box = world.prompts.boxes[0];
+    EXPECT_EQ(box.text + "|" + box.title, "Edit window font set to: Courier New|Toggle Font");
+    EXPECT_EQ(std::make_pair(box.icon, box.buttons), std::make_pair(Icon::Information, Buttons::Ok));
     EXPECT_EQ(world.prompts.boxes[1].text, "Edit window font set to: Courier");
-    EXPECT_EQ(setting(Key::FontName), "Courier");
     EXPECT_EQ(view.FontName(), "Courier");
-
-    // Only "Courier" exactly becomes "Courier New"; any other face becomes "Courier".
-    saveSetting(Key::FontName, "courier");
+    saveSetting(Key::FontName, "courier");  // only "Courier" exactly becomes "Courier New"
     QTest::keyClick(keys(), Qt::Key_F2, Qt::ShiftModifier);
     EXPECT_EQ(setting(Key::FontName), "Courier");
-    QTest::keyClick(keys(), Qt::Key_F2, Qt::ShiftModifier | Qt::ControlModifier);
-    EXPECT_EQ(world.prompts.boxes.size(), 3u);
 }
 
 TEST(EditorWindow, TheSubWindowMarksAChangedTextWhileTheCaptionStaysThePath) {
@@ -245,21 +194,15 @@ TEST(EditorWindow, TheSubWindowMarksAChangedTextWhileTheCaptionStaysThePath) {
     FakeFrame frame;
     QMdiArea area;
     auto* doc = new frmEditor(frame);
-    const QString path = world.file("a.pbp");
-    doc->setCaption(path);
+    doc->setCaption(world.file("b[*].pbp"));
     QMdiSubWindow* sub = area.addSubWindow(doc);
     area.show();
     sub->show();
-    EXPECT_EQ(sub->windowTitle(), path + "[*]");
+    EXPECT_EQ(sub->windowTitle(), world.file("b[*][*].pbp") + "[*]");
     EXPECT_FALSE(sub->isWindowModified());
-
     typeText(doc->View->editorWidget(), "x");
     EXPECT_TRUE(sub->isWindowModified());
-    EXPECT_EQ(doc->Caption(), path);
-
-    doc->setCaption(world.file("b[*].pbp"));
-    EXPECT_EQ(sub->windowTitle(), world.file("b[*][*].pbp") + "[*]");
+    EXPECT_EQ(doc->Caption(), world.file("b[*].pbp"));
     doc->View->document().SaveFile(world.file("b.pbp"));
     EXPECT_FALSE(sub->isWindowModified());
-    EXPECT_EQ(doc->Caption(), world.file("b[*].pbp"));
 }
