@@ -1,4 +1,5 @@
-// The device catalogue: the device list, the port table, their failures, and the shipped data/device.ide.
+// The device catalogue: which file is read, the device list, the port table, their failures, and the
+// shipped data/device.ide.
 #include "devices/DeviceCatalogue.h"
 #include "support/FakeDeviceCombo.h"
 #include "core/Globals.h"
@@ -18,7 +19,6 @@
 namespace {
 
 const PortTable kSevens = {7, 7, 7, 7, 7, 7, 7, 7, 7, 7};
-const QString kShipped = QStringLiteral(QB_SOURCE_DIR "/data/device.ide");
 
 QByteArray readAll(const QString& path) {
     QFile f(path);
@@ -55,14 +55,21 @@ protected:
     }
 };
 
-TEST_F(DeviceCatalogueTest, ListsDeviceLinesInFileOrderOnlyThoseMarkedPbcForPicBasic) {
-    catalogue("Device list for tests, PBC devices follow\nPIC16F84A: PBC PORTA=5 PORTB=8\nPIC18F452: PORTA=7 PORTB=8\n"
+class InstalledPaths : public FakePaths {
+public:
+    using FakePaths::FakePaths;
+    QString shared;
+    QString installedDataDirectory() override { return shared; }
+};
+
+TEST_F(DeviceCatalogueTest, ListsDeviceLinesInFileOrderOnlyThoseMarkedPbcForPicBasicWhateverTheLineEnds) {
+    catalogue("Device list for tests, PBC devices follow\nPIC16F84A: PBC PORTA=5 PORTB=8\nPIC18F452: PORTA=7\n"
               " PIC12F675 :PBC GPIO=6\nPICPBC1:\nPIC16F877A: pbc\nA:B:C\n");
     combo.entries = {QStringLiteral("left over")};
     EXPECT_EQ(devices(true), QStringList({"PIC16F84A", "PIC18F452", " PIC12F675 ", "PICPBC1", "PIC16F877A", "A"}));
     // Only an upper-case "PBC" anywhere in the line counts, the name included.
     EXPECT_EQ(devices(false), QStringList({"PIC16F84A", " PIC12F675 ", "PICPBC1"}));
-    // Lines end at CR, LF or CR LF alike, also mixed in one file; an empty line between is no line.
+    // CR, LF or CR LF alike, also mixed in one file; an empty line between is no line.
     catalogue("PIC1: PORTA=1\rPIC2: PORTB=2\r\rPIC3: GPIO=3\r\nPIC4: PBC\nPIC5: PORTJ=5");
     EXPECT_EQ(devices(true), QStringList({"PIC1", "PIC2", "PIC3", "PIC4", "PIC5"}));
     EXPECT_EQ(portsOf("PIC2"), (PortTable{0, 0, 2, 0, 0, 0, 0, 0, 0, 0}));
@@ -88,26 +95,37 @@ TEST_F(DeviceCatalogueTest, ReadsTheDigitBehindTheFirstOfEachMarkOfTheFirstMatch
     EXPECT_EQ(portsOf("PIC16A", true), (PortTable{2, 3, 4, 7, 7, 7, 7, 7, 7, 7}));
     EXPECT_EQ(portsOf("PIC16B", true), (PortTable{0, 7, 7, 7, 7, 7, 7, 7, 7, 7}));
     EXPECT_EQ(reloads, 3);
-    // The platform's text for a letter where a number was due.
-    EXPECT_EQ(boxes(), "|Get Device Data Error: Type mismatch|0\n"
-                       "|Get Device Data Error: Type mismatch|0");
+    EXPECT_EQ(boxes(), "|Get Device Data Error: Type mismatch|0\n|Get Device Data Error: Type mismatch|0");
 }
 
-TEST_F(DeviceCatalogueTest, ACatalogueMissingOrUnreadableIsReportedByBothReaders) {
+TEST_F(DeviceCatalogueTest, TheUsersOwnCatalogueWinsOverTheInstalledOneAndNeitherIsReportedByBothReaders) {
+    QTemporaryDir share;
+    InstalledPaths paths(world.appDir());
+    paths.shared = share.path();
+    globals().paths = &paths;
     EXPECT_EQ(devices(true), QStringList());
     EXPECT_EQ(portsOf("PIC16F84", true), kSevens);
+    // The message names the application directory's file, where a user would put one.
     const QString notFound = "|File: " + world.appDir() + "/device.ide not found|1";
     EXPECT_EQ(boxes(), "Get Micro Listing Error" + notFound + "\nGet Device Data Error" + notFound);
+    QFile installed(share.filePath("device.ide"));
+    ASSERT_TRUE(installed.open(QIODevice::WriteOnly) && installed.write("PIC16F84A: PBC PORTA=5\n") > 0);
+    installed.close();
+    EXPECT_EQ(devices(true), QStringList{"PIC16F84A"});
+    catalogue("PIC18F452: PORTA=7\n");
+    EXPECT_EQ(devices(true), QStringList{"PIC18F452"});
+    EXPECT_EQ(boxes(), "");
     // Any other failure carries the platform's text behind the operation's, without a title.
-    ASSERT_TRUE(QDir(world.appDir()).mkdir("device.ide"));
+    ASSERT_TRUE(QFile::remove(world.file("device.ide")) && QDir(world.appDir()).mkdir("device.ide"));
     devices(true);
     EXPECT_EQ(portsOf("PIC16F84"), kSevens);
     const QRegularExpression other("^\\|Get Micro Listing Error: [^\n]+\\|0\n\\|Get Device Data Error: [^\n]+\\|0$");
     EXPECT_TRUE(other.match(boxes()).hasMatch());
+    globals().paths = &world.paths;
 }
 
 TEST_F(DeviceCatalogueTest, TheShippedFileHoldsEveryDeviceOnceInOrderAndIsWhatTheGeneratorMakes) {
-    const QByteArray shipped = readAll(kShipped);
+    const QByteArray shipped = readAll(QStringLiteral(QB_SOURCE_DIR "/data/device.ide"));
     catalogue(shipped);
     const QStringList all = devices(true), pbc = devices(false);
     ASSERT_GT(all.size(), 600);
@@ -121,7 +139,6 @@ TEST_F(DeviceCatalogueTest, TheShippedFileHoldsEveryDeviceOnceInOrderAndIsWhatTh
                              "PIC16F628A", "PIC16F1827", "PIC17C44", "PIC18F452", "PIC18F4550"};
     for (size_t i = 1; i < std::size(ordered); ++i)
         EXPECT_LT(all.indexOf(ordered[i - 1]), all.indexOf(ordered[i])) << ordered[i];
-    EXPECT_EQ(portsOf("PIC12F675"), (PortTable{6, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
     EXPECT_EQ(portsOf("PIC18F4550"), (PortTable{0, 7, 8, 7, 8, 4, 0, 0, 0, 0}));
     EXPECT_EQ(boxes(), "");
 
