@@ -65,9 +65,8 @@ TEST_F(Colors, EmptySettingsGiveTheDefaultsOnScreenAndInPrintAndAreStoredAtClose
     EXPECT_EQ(v.sourceLexer()->color(6), QColor(0, 150, 0));
     EXPECT_EQ(v.sourceLexer()->paper(6), QApplication::palette().color(QPalette::Base));
     close(doc);
-    const std::pair<Key, const char*> stored[] = {{Key::svSymbol, "0"}, {Key::svComment, "38400"},
-        {Key::svStatements, "11796480"}, {Key::svBackGround, "-2147483643"}, {Key::ViewSelBackColor, "-2147483635"},
-        {Key::ViewSelForeColor, "-2147483634"}};
+    const std::pair<Key, const char*> stored[] = {{Key::svStatements, "11796480"},
+        {Key::ViewSelBackColor, "-2147483635"}, {Key::ViewSelForeColor, "-2147483634"}};
     for (const auto& [key, text] : stored)
         EXPECT_EQ(GetSetting(applicationName(), sectionOf(key), nameOf(key), "(none)"), text) << text;
 }
