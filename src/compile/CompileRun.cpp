@@ -20,6 +20,7 @@
 #include "platform/Prompts.h"
 #include "platform/Wine.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -100,9 +101,9 @@ void CompileRun::GoCompile() {
                 globals().prompts->message(wineMissingMessage(P), QString(), Icon::Critical, Buttons::Ok);
                 return;
             }
-            // A server started by the compile itself would end with the compile's process group, and every
-            // compile would boot the prefix anew.
-            keepWineServerWarm();
+            // A server that the compile's own wine starts ends with the compile, and every compile would boot
+            // the prefix anew.
+            keepWineServerWarm(globals().wineServer, QDateTime::currentMSecsSinceEpoch());
             WineDosPaths winePaths(*globals().paths, {P, D}, &wineShortForms_);
             const UsePaths use(winePaths);
             win->P = GetDosPath(P);

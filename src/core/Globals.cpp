@@ -26,5 +26,6 @@ void Globals::reset() {
     PBPDefines.fill(QString());
     ClickedTokenClass = 0;
     CompileProcess.reset();
+    wineServer = {};
     loadedWindows.clear();
 }

@@ -1,6 +1,8 @@
 #pragma once
 // The system's shared state: one object that every part can reach and every test can reset.
 
+#include "platform/Wine.h"
+
 #include <QString>
 #include <QtGlobal>
 #include <array>
@@ -28,6 +30,8 @@ struct Globals {
     qint32 ClickedTokenClass = 0;
     // The hidden compile script, ended by the tick that finds its output.
     std::unique_ptr<HiddenProcess> CompileProcess;
+    // The lasting wine server the compiles use, once started.
+    WineServerRecord wineServer;
 
     // Loaded top-level windows in loading order: index 0 the frame, then documents and dialogs.
     std::vector<QWidget*> loadedWindows;

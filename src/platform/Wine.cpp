@@ -44,25 +44,54 @@ QStringList runWinepath(const QString& flag, const QStringList& paths) {
 
 QString wineProgram() { return QStandardPaths::findExecutable(QStringLiteral("wine")); }
 
-void keepWineServerWarm() {
+namespace {
+
+// Ours stays ten minutes after its last program; a compile within nine of the last one finds it up.
+constexpr int kServerPersistSeconds = 600;
+constexpr qint64 kServerSureMs = 9 * 60 * 1000;
+
+QString winePrefix() {
+    const QString prefix = qEnvironmentVariable("WINEPREFIX");
+    return prefix.isEmpty() ? QDir::homePath() + QStringLiteral("/.wine") : prefix;
+}
+
+}  // namespace
+
+bool wineServerCheckDue(const WineServerRecord& ours, const QString& prefix, qint64 nowMs) {
+    return ours.lastUseMs < 0 || ours.prefix != prefix || nowMs < ours.lastUseMs ||
+           nowMs - ours.lastUseMs >= kServerSureMs;
+}
+
+void keepWineServerWarm(WineServerRecord& ours, qint64 nowMs) {
+    const QString prefix = winePrefix();
+    if (!wineServerCheckDue(ours, prefix, nowMs)) {
+        ours.lastUseMs = nowMs;
+        return;
+    }
+    ours = {};
     const QString server = QStandardPaths::findExecutable(QStringLiteral("wineserver"));
     if (server.isEmpty())
         return;
-    // A server that a compile's wine starts ends with its last program, and the next compile boots the
-    // prefix again (most of a second). This one stays ten minutes after its last program. It goes into a
+    // A server that a compile's wine starts ends a few seconds after its last program, and the next
+    // compile boots the prefix again (most of a second). This one stays ten minutes. It goes into a
     // session of its own, so ending a compile's process group never takes it along. When a server of the
-    // prefix runs already, this one finds it and ends at once.
+    // prefix runs already, this one finds it and ends at once with a failure.
     QProcess p;
     p.setProgram(server);
-    p.setArguments({QStringLiteral("-p600")});
+    p.setArguments({QStringLiteral("-p%1").arg(kServerPersistSeconds)});
     p.setProcessEnvironment(wineEnvironment(QProcessEnvironment::systemEnvironment()));
     p.setStandardInputFile(QProcess::nullDevice());
     p.setStandardOutputFile(QProcess::nullDevice());
     p.setStandardErrorFile(QProcess::nullDevice());
     p.start();
     // It returns once the server is up, so the compile's wine finds it.
-    if (!p.waitForFinished(5000))
+    if (!p.waitForFinished(5000)) {
         p.kill();
+        p.waitForFinished();
+        return;
+    }
+    if (p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0)
+        ours = {prefix, nowMs};
 }
 
 bool needsWine(const QString& program) { return isPeImageFile(program); }
@@ -112,9 +141,6 @@ QString wineWindowsPath(const QString& path) { return wineWindowsPaths({path}).v
 QString wineShortPath(const QString& path) { return wineShortPaths({path}).value(0); }
 
 QStringList wineSearchRoots() {
-    QString prefix = qEnvironmentVariable("WINEPREFIX");
-    if (prefix.isEmpty())
-        prefix = QDir::homePath() + QStringLiteral("/.wine");
-    const QString driveC = QDir(prefix).filePath(QStringLiteral("drive_c"));
+    const QString driveC = QDir(winePrefix()).filePath(QStringLiteral("drive_c"));
     return QFileInfo(driveC).isDir() ? QStringList{QDir::cleanPath(driveC)} : QStringList{};
 }

@@ -8,8 +8,16 @@
 
 // The wine program on PATH; empty when there is none.
 QString wineProgram();
-// Starts the prefix's wine server outside any compile's process group, or leaves the running one.
-void keepWineServerWarm();
+// The lasting wine server this program started, and when a compile last used it.
+struct WineServerRecord {
+    QString prefix;
+    qint64 lastUseMs = -1;  // -1: none of ours is known to run
+};
+// Whether a compile at nowMs must ask for a lasting server: ours may have ended, or run in another prefix.
+bool wineServerCheckDue(const WineServerRecord& ours, const QString& prefix, qint64 nowMs);
+// Starts the prefix's wine server outside any compile's process group, unless ours surely still runs; a
+// server someone else started is left alone and asked about again at the next compile.
+void keepWineServerWarm(WineServerRecord& ours, qint64 nowMs);
 
 // A program that only runs through wine: a PE image, whatever its name.
 bool needsWine(const QString& program);

@@ -24,7 +24,7 @@
     do {                                                                             \
         if (!(cond)) {                                                               \
             std::fprintf(stderr, "property broken: %s (%s:%d)\n", #cond, __FILE__, __LINE__); \
-            std::fprintf(stderr, "" __VA_ARGS__);                                    \
+            __VA_OPT__(std::fprintf(stderr, __VA_ARGS__);)                           \
             std::fprintf(stderr, "\n");                                              \
             std::abort();                                                            \
         }                                                                            \

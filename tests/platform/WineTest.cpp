@@ -191,3 +191,30 @@ TEST(PosixLauncher, TerminalCommandQuotesTheScript) {
     EXPECT_EQ(PosixLauncher::terminalCommand("/opt/it's here/runpb.sh"),
               "sh '/opt/it'\\''s here/runpb.sh'; printf '\\nPress Enter to close.'; read _");
 }
+
+TEST(Wine, LastingServerIsAskedForOnlyWhenOursMayHaveEnded) {
+    const QString prefix = "/home/ann/.wine";
+    const qint64 minute = 60 * 1000;
+    const WineServerRecord ours{prefix, 10 * minute};
+    EXPECT_TRUE(wineServerCheckDue({}, prefix, 10 * minute));
+    EXPECT_FALSE(wineServerCheckDue(ours, prefix, 10 * minute));
+    EXPECT_FALSE(wineServerCheckDue(ours, prefix, 19 * minute - 1));
+    EXPECT_TRUE(wineServerCheckDue(ours, prefix, 19 * minute));
+    EXPECT_TRUE(wineServerCheckDue(ours, "/home/ann/other-prefix", 11 * minute));
+    EXPECT_TRUE(wineServerCheckDue(ours, prefix, 9 * minute));  // the clock went back
+
+    // While ours surely runs, a compile costs no run of wineserver (none is even looked for), and its use
+    // keeps ours running longer.
+    const QByteArray oldPrefix = qgetenv("WINEPREFIX");
+    qputenv("WINEPREFIX", prefix.toLocal8Bit());
+    WineServerRecord record = ours;
+    {
+        PathWithoutWine noWine;
+        keepWineServerWarm(record, 15 * minute);
+        EXPECT_EQ(record.lastUseMs, 15 * minute);
+        // Past its time, and no wineserver to start one: none of ours is known any more.
+        keepWineServerWarm(record, 30 * minute);
+        EXPECT_EQ(record.lastUseMs, -1);
+    }
+    qputenv("WINEPREFIX", oldPrefix);
+}
