@@ -4,9 +4,6 @@
 #include <QStringEncoder>
 #include <algorithm>
 #include <cstring>
-#include <map>
-#include <memory>
-#include <mutex>
 
 namespace {
 
@@ -155,18 +152,9 @@ constexpr qsizetype kPiece = 4096;
 
 }  // namespace
 
-const CodePage& CodePage::named(QByteArrayView name) {
-    // A memo: each entry depends on its name alone, and is built once for the life of the process.
-    static std::mutex lock;
-    static std::map<QByteArray, std::unique_ptr<CodePage>> pages;
+CodePage CodePage::named(QByteArrayView name) {
     const QByteArray key = name.toByteArray().trimmed();
-    const std::lock_guard<std::mutex> hold(lock);
-    auto it = pages.find(key);
-    if (it == pages.end()) {
-        const QByteArray actual = isWindows1252(key) || !usableCodePage(key) ? QByteArray(kWindows1252) : key;
-        it = pages.emplace(key, std::unique_ptr<CodePage>(new CodePage(actual))).first;
-    }
-    return *it->second;
+    return CodePage(isWindows1252(key) || !usableCodePage(key) ? QByteArray(kWindows1252) : key);
 }
 
 CodePage::CodePage(QByteArray name) : name_(std::move(name)) {

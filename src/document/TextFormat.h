@@ -26,9 +26,9 @@ struct TextFormat {
 // private use area) that encodes back to it, so any file decodes and encodes back to the same bytes.
 class CodePage {
 public:
-    // Built on first use and kept: asking the converter about each byte is done once per name.
+    // Asks the converter about each byte (some microseconds: once per load or save, not per character).
     // A name Qt has no converter for gives Windows-1252.
-    static const CodePage& named(QByteArrayView name);
+    static CodePage named(QByteArrayView name);
 
     const QByteArray& name() const { return name_; }
     bool singleByte() const { return !toByte_.empty(); }
