@@ -1,16 +1,16 @@
 // The compile windows: the compiler options dialog and the compiler output screen.
 #include "compile/CompilerScreen.h"
 #include "compile/frmCompile.h"
-#include "document/SourceView.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
 #include "support/Doubles.h"
 #include "support/FakeFrame.h"
 
+#include "document/SourceView.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QEvent>
 #include <QLineEdit>
 #include <QPointer>
 #include <QScrollBar>
@@ -31,7 +31,6 @@ protected:
             s->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-    // What the INI file holds, as "Section/Key=value", sorted.
     QStringList stored() const {
         const QSettings ini(settingsFilePath(), QSettings::IniFormat);
         QStringList entries;
@@ -49,7 +48,7 @@ TEST_F(CompileWindowsTest, OkStoresTheChosenCompilersKeysAndSetsThePanelCancelCh
     auto open = [&](int compiler, bool ok) {
         frmCompile dlg(frame);
         dlg.Compiler->setCurrentIndex(compiler);
-        dlg.CompilerPath->setText(compiler ? "/nowhere/PBC.EXE" : "/nowhere/PBPW.EXE");  // missing is accepted
+        dlg.CompilerPath->setText(compiler ? "/nowhere/PBC.EXE" : "/nowhere/PBPW.EXE");  // missing is fine
         dlg.CommandOptions->setText("-ampasm");
         dlg.cbDoswindow->setChecked(false);
         dlg.SecScroll->setValue(17);
@@ -57,20 +56,22 @@ TEST_F(CompileWindowsTest, OkStoresTheChosenCompilersKeysAndSetsThePanelCancelCh
         ok ? dlg.cmdOK_Click() : dlg.cmdExit_Click();
         EXPECT_EQ(dlg.CommandOptions->text(), ok ? "-ampasm -oq" : "-ampasm");
     };
-    // The status bar's compiler panel and the compiler in use.
-    auto kind = [&] { return frame.panels[3] + (globals().UsePBP ? " PBP" : " PBC"); };
+    // The status bar's compiler panel, the compiler in use and the device list's refills.
+    auto kind = [&] {
+        return frame.panels[3] + (globals().UsePBP ? " PBP " : " PBC ") + QString::number(frame.getDevicesCalls);
+    };
     open(1, false);
-    EXPECT_EQ(kind(), "PBP PBP");
+    EXPECT_EQ(kind(), "PBP PBP 0");
     EXPECT_TRUE(stored().isEmpty());
     open(1, true);
-    EXPECT_EQ(kind(), "PBC PBC");
+    EXPECT_EQ(kind(), "PBC PBC 1");
     EXPECT_EQ(stored(), QStringList({"Startup/AutoCloseCW=1", "Startup/AutoCloseCWTime=17",
                                      "Startup/CompilerCommandLineOptions1=-ampasm -oq",
                                      "Startup/CompilerPathName1=/nowhere/PBC.EXE", "Startup/CompilerType=1",
                                      "Startup/DosWindow=0"}));
     EXPECT_EQ(frmCompile(frame).AutoClose->text(), seventeen) << "a new dialog shows what was stored";
     open(0, true);
-    EXPECT_EQ(kind(), "PBP PBP");
+    EXPECT_EQ(kind(), "PBP PBP 2");
     EXPECT_EQ(setting(Key::CompilerPathName), "/nowhere/PBPW.EXE");
     EXPECT_EQ(setting(Key::CompilerPathName1), "/nowhere/PBC.EXE") << "the other kind's keys stay";
 }
@@ -95,19 +96,16 @@ TEST_F(CompileWindowsTest, CountdownClosesAtZeroEscCancelsItThenClosesAndTheNext
     EXPECT_EQ(s.windowTitle(), "Compiler Output - Auto Close in:-1 Secs - Esc to Cancel");
     s.CompilerOutput_KeyDown('A', 0);
     EXPECT_TRUE(s.CompileScreenTimer.isActive()) << "other keys do nothing";
-    // The key reaches the screen through the control's own event.
+    // Esc through the control's own event: the first cancels the countdown, the second closes.
     emit s.CompilerOutput->KeyDown(kEsc, 0);
     EXPECT_FALSE(s.CompileScreenTimer.isActive());
     EXPECT_EQ(s.windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
-    EXPECT_EQ(CompilerScreen::find(), &s);
     emit s.CompilerOutput->KeyDown(kEsc, 0);
     EXPECT_FALSE(s.isVisible());
     CompilerScreen& next = CompilerScreen::instance();
     EXPECT_EQ(next.windowTitle(), kReady);
     EXPECT_TRUE(next.CompilerOutput->Text().isEmpty());
-    // Without a countdown the first Esc closes.
     next.show();
-    emit next.CompilerOutput->KeyDown(kEsc, 0);
-    EXPECT_FALSE(next.isVisible());
+    emit next.CompilerOutput->KeyDown(kEsc, 0);  // without a countdown the first Esc closes
     EXPECT_EQ(CompilerScreen::find(), nullptr);
 }

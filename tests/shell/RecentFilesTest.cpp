@@ -1,12 +1,11 @@
-#include "shell/RecentFiles.h"
 #include "core/Settings.h"
+#include "shell/RecentFiles.h"
 #include "shell/ToolModel.h"
 #include "support/Doubles.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
 // Shown entries as "n:caption", hidden ones as "n:-".
 QStringList entries(ToolModel& m) {
     QStringList out;
@@ -16,12 +15,10 @@ QStringList entries(ToolModel& m) {
     }
     return out;
 }
-
-// The settings File1..File4.
 QStringList stored() { return {setting(Key::File1), setting(Key::File2), setting(Key::File3), setting(Key::File4)}; }
-
 }  // namespace
 
+// A hidden entry moves nothing into the next, so the entry behind it stays where it was as well.
 TEST(RecentFiles, AStoredSecondEntryAloneThenFiveEnters) {
     TestWorld w;
     saveSetting(Key::File2, "&2 /old/two.pbp");
@@ -29,26 +26,22 @@ TEST(RecentFiles, AStoredSecondEntryAloneThenFiveEnters) {
     loadRecentFiles(m);
     EXPECT_EQ(entries(m), QStringList({"1:-", "2:&2 /old/two.pbp", "3:-", "4:-"}));
     enterRecentFile(m, "/p/a.pbp");
-    // Entry 2 moved to 3 but stays too: the hidden entry 1 moved nothing into it.
     EXPECT_EQ(entries(m), QStringList({"1:&1 /p/a.pbp", "2:&2 /old/two.pbp", "3:&3 /old/two.pbp", "4:-"}));
     for (const char* p : {"/p/b.pbp", "/p/c.pbp", "/p/d.pbp", "/p/e.pbp"})
         enterRecentFile(m, p);
     EXPECT_EQ(entries(m), QStringList({"1:&1 /p/e.pbp", "2:&2 /p/d.pbp", "3:&3 /p/c.pbp", "4:&4 /p/b.pbp"}));
 }
 
+// A stored prefix is kept as it is; the path starts at the fourth character whatever stands in front.
 TEST(RecentFiles, SaveWritesShownEntriesWithTheStoredPrefix) {
     TestWorld w;
-    // A stored prefix belongs to the entry it came from and is kept as it is; the path starts at the fourth
-    // character, whatever is in front of it.
     saveSetting(Key::File1, "&3 /kept/prefix.pbp");
     saveSetting(Key::File3, "no prefix");
     ToolModel m;
     loadRecentFiles(m);
-    // A hidden entry leaves its key alone.
-    saveSetting(Key::File2, "&2 /stale.pbp");
+    saveSetting(Key::File2, "&2 /stale.pbp");  // a hidden entry leaves its key alone
     saveRecentFiles(m);
     EXPECT_EQ(stored(), QStringList({"&3 /kept/prefix.pbp", "&2 /stale.pbp", "no prefix", ""}));
-    // Entry 3 moved to 4 and stays too: the hidden entry 2 moved nothing into it.
     enterRecentFile(m, "/top.pbp");
     saveRecentFiles(m);
     EXPECT_EQ(stored(), QStringList({"&1 /top.pbp", "&2 /kept/prefix.pbp", "no prefix", "&4 prefix"}));

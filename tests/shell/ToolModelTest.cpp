@@ -10,8 +10,6 @@
 #include <QMenu>
 #include <gtest/gtest.h>
 
-#include <optional>
-
 namespace {
 
 // Captions in a menu or bar, a separator as "-".
@@ -113,8 +111,7 @@ TEST(ToolBars, MenuClicksTheMarginRadioGroupAndComboCloseUp) {
     QMenu* edit = a.bars.menu("ID_Edit");
     edit->popup(QPoint(10, 10));
     edit->hide();
-    // The context menu is the same menu, so it arrives the same way.
-    a.bars.PopupMenu("id_edit");
+    a.bars.PopupMenu("id_edit");  // the context menu is the same menu
     EXPECT_TRUE(edit->isVisible());
     edit->hide();
     EXPECT_THROW(a.bars.PopupMenu("ID_Save"), Failure);
@@ -147,7 +144,7 @@ TEST(ToolBars, MenuClicksTheMarginRadioGroupAndComboCloseUp) {
     a.tool("ID_Device").setEnabled(true);
     QApplication::processEvents();
     box->showPopup();
-    box->hidePopup();  // closed again without a pick; the writes above raised nothing
+    box->hidePopup();  // no pick; the writes above raised nothing
     QApplication::processEvents();
     EXPECT_EQ(closeUps, std::vector<int>{1});
 

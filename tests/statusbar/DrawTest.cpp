@@ -7,22 +7,22 @@
 
 namespace {
 
-// Runs `step` (a Draw by default) on a cleared record and gives one line per painting call, e.g.
-// "Panel 0,0,99,20 [Line: 1 Col: 1] 0".
+// Runs `step` (a Draw by default) on a cleared record: one line per painting call, e.g. "Panel 0,0,99,20 [x] 0".
 QStringList paint(BarOnTarget& b, const std::function<void()>& step = {}) {
     b.target.calls.clear();
     step ? step() : b.bar.Draw();
     QStringList out;
     for (const DrawCall& c : b.target.painting()) {
         const QString r = QString::asprintf("%d,%d,%d,%d ", c.rect.left, c.rect.top, c.rect.right, c.rect.bottom);
+        const QString value = QString::number(quint32(c.value), 16);
         switch (c.op) {
-        case DrawCall::Fill: out << "Fill " + r + QString::number(quint32(c.value), 16); break;
+        case DrawCall::Fill: out << "Fill " + r + value; break;
         case DrawCall::Text: out << "Text " + r + '[' + c.text + "] " + QString::number(c.flags, 16); break;
-        case DrawCall::Panel: out << "Panel " + r + '[' + c.text + "] " + QString::number(c.value, 16); break;
+        case DrawCall::Panel: out << "Panel " + r + '[' + c.text + "] " + value; break;
         case DrawCall::Icon: out << "Icon " + r + QString::number(c.icon); break;
         case DrawCall::SetFont: out << "Font " + c.font.name + " " + QString::number(c.font.size); break;
-        case DrawCall::SetForeColor: out << "Color " + QString::number(quint32(c.value), 16); break;
-        case DrawCall::Measure: break;
+        case DrawCall::SetForeColor: out << "Color " + value; break;
+        default: break;
         }
     }
     return out;
@@ -65,8 +65,7 @@ TEST(StatusDraw, TheGripRestoresTheFontAndLeavesWindowTextAlsoInSimpleMode) {
     b.target.currentFont = font;
     b.target.currentForeColor = 0x0000FF;
     b.bar.SizeGrip(true);
-    // Over the panels, in a font of the same style, 4/3 the size.
-    EXPECT_EQ(paint(b).mid(4), kGrip);
+    EXPECT_EQ(paint(b).mid(4), kGrip);  // over the panels, in the same style 4/3 the size
     EXPECT_TRUE(b.target.calls[4].font.bold && b.target.calls[4].font.italic && b.target.calls[4].font.underline);
     EXPECT_EQ(b.target.currentFont, font);
     EXPECT_EQ(b.target.currentForeColor, systemColor(kColorWindowText));
