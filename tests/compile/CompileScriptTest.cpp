@@ -113,8 +113,8 @@ TEST(RunpbSh, RunsTheCompilerWithPathsThatNeedQuoting) {
     writeFile(document, "");
     writeFile(app + "/temp.dat", "old output\n");
     const QByteArray expected = "cwd=" + docDir.toUtf8() + "\nnote\npath=" + compilerDir.toUtf8() +
-                                "\narg=-ampasm\narg=-oq\narg=-p16F84A\narg=" + document.toUtf8() + "\n";
-    EXPECT_EQ(runScript(app, runpbSh({.D = document, .S = app, .P = compiler, .O = "  -ampasm   -oq  ",
+                                "\narg=-ampasm\narg=b c\narg=$X;d\narg=-p16F84A\narg=" + document.toUtf8() + "\n";
+    EXPECT_EQ(runScript(app, runpbSh({.D = document, .S = app, .P = compiler, .O = R"(  -ampasm   "b c" $X;d )",
                                       .C = compilerDirectory(compiler), .M = "16F84A"})),
               QList<QByteArray>({expected, "Compiling.... Please Wait.\n" + expected, ""}));
 }

@@ -1,53 +1,42 @@
 // A compile from the Compile tool to the output screen, with the real gpasm and with a fake compiler.
+#include "RunningFrame.h"
+
 #include "compile/CompileRun.h"
 #include "compile/CompilerScreen.h"
 #include "compile/frmCompile.h"
-#include "core/Globals.h"
-#include "core/Settings.h"
-#include "document/Document.h"
-#include "document/SourceView.h"
-#include "document/frmEditor.h"
 #include "platform/PosixLauncher.h"
-#include "shell/MDIMain.h"
 #include "statusbar/cNoStatusBar.h"
-#include "support/Doubles.h"
 
 #include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QFileInfo>
 #include <QThread>
-#include <gtest/gtest.h>
 
 namespace {
 
 const QString kGpasm = QStringLiteral("/usr/bin/gpasm");
 
-struct CompileFrame {
-    TestWorld w;
+// The source lies in a directory with blanks and a quote in its name.
+struct CompileFrame : RunningFrame {
     PosixLauncher real;
-    std::unique_ptr<MDIMain> f;
     QStringList modals;
 
-    // The source goes into a directory with blanks and a quote in its name.
-    CompileFrame(const QByteArray& source, const QString& compiler, bool realLauncher = true) {
-        w.writeDeviceCatalogue();
+    CompileFrame(const QByteArray& source, const QString& compiler, bool realLauncher = true)
+        : RunningFrame(QString(), false) {
         if (realLauncher)
             globals().launcher = &real;
         saveSetting(Key::CompilerPathName, compiler);
-        f = std::make_unique<MDIMain>(w.write("my 'led' work/blink.asm", source));
+        start(w.write("my 'led' work/blink.asm", source));
         f->modalHook = [this](QDialog& d) { modals << d.windowTitle(); return 0; };
-        f->show();
     }
     ~CompileFrame() {
         if (CompilerScreen* s = CompilerScreen::find())
             s->close();
         QDir::setCurrent(QDir::tempPath());
     }
-    CompileRun& run() { return CompileRun::of(*f->activeDocument()); }
-    CompilerScreen& screen() { return *CompilerScreen::find(); }
-    void compile() { f->SSActiveToolBars1_ToolClick(f->toolBars().Tools().Item("ID_Compile")); }
+    CompileRun& run() { return CompileRun::of(*doc()); }
+    CompilerScreen& screen() { return CompilerScreen::instance(); }  // a fresh one fails the checks, not the run
     // The compiler runs on its own; wait (bounded) for its output as the tick would, then tick once.
     bool waitAndTick() {
         QElapsedTimer t;
@@ -71,7 +60,7 @@ TEST(Compile, GoodSourceWithRealGpasmWritesItsHexAndCountsDown) {
     if (!QFileInfo::exists(kGpasm))
         GTEST_SKIP() << "gpasm is not installed";
     CompileFrame t("\tlist p=16f84a\n\torg 0\n\tgoto start\nstart\tbsf 3,5\n\tend\n", kGpasm);
-    t.compile();
+    t.click("ID_Compile");
     ASSERT_NE(CompilerScreen::find(), nullptr);
     EXPECT_TRUE(t.screen().isVisible());
     EXPECT_EQ(t.screen().CompilerOutput->Text(), "Compiling Please Wait.....");
@@ -94,7 +83,7 @@ TEST(Compile, AnErrorLineFromRealGpasmKeepsTheScreen) {
     if (!QFileInfo::exists(kGpasm))
         GTEST_SKIP() << "gpasm is not installed";
     CompileFrame t("\torg 0\n\tgoto nowhere\n\tend\n", kGpasm);
-    t.compile();
+    t.click("ID_Compile");
     ASSERT_TRUE(t.waitAndTick());
     EXPECT_EQ(t.screen().windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
     EXPECT_FALSE(t.screen().CompileScreenTimer.isActive());
@@ -110,7 +99,7 @@ TEST(Compile, FakeCompilerBannerAndArguments) {
     CompileFrame t("HIGH PORTB.0\n", fake);
     saveSetting(Key::CompilerCommandLineOptions, "  -ampasm -oq ");
     saveSetting(Key::AutoCloseCW, "0");
-    t.compile();
+    t.click("ID_Compile");
     ASSERT_TRUE(t.waitAndTick());
     EXPECT_EQ(t.f->PBPVersion(), "PICBASIC PRO(TM) COMPILER 2.60, ");
     EXPECT_EQ(t.screen().windowTitle(), "Compiler Output - Esc to Close") << "AutoCloseCW 0: no countdown";
@@ -124,7 +113,7 @@ TEST(Compile, TheThirtiethTickTimesOutEvenWhenItFindsTheOutput) {
     for (bool outputAtLastTick : {false, true}) {
         SCOPED_TRACE(outputAtLastTick);
         CompileFrame t("x\n", "/bin/true", false);  // the fake launcher starts nothing
-        t.compile();
+        t.click("ID_Compile");
         ASSERT_EQ(t.w.launcher.launches.size(), 1u);
         EXPECT_EQ(t.w.launcher.launches[0].kind, LaunchRecord::Hidden);
         for (int i = 0; i < 29; ++i)
@@ -142,42 +131,40 @@ TEST(Compile, TheThirtiethTickTimesOutEvenWhenItFindsTheOutput) {
     }
 }
 
-TEST(Compile, FailuresAreReportedWithTheirStepAndStartNothing) {
+TEST(Compile, FailuresAreReportedWithTheirStep) {
     CompileFrame t("x\n", "/no/such/PBPW.EXE", false);
-    t.compile();
+    t.click("ID_Compile");
     EXPECT_EQ(t.boxTexts(), QStringList{"Error! Invalid Path or File Name: /no/such/PBPW.EXE\rIf problem persists "
                                         "contact Velnor Systems at 555-201-0142"});
     EXPECT_EQ(t.w.prompts.boxes[0].icon, Icon::Critical);
     EXPECT_EQ(t.modals, QStringList{"Compiler Options"});
     // A kind that is neither 0 nor 1 opens the options without a message.
     saveSetting(Key::CompilerType, "2");
-    t.compile();
+    t.click("ID_Compile");
     EXPECT_EQ(t.modals.size(), 2);
     saveSetting(Key::CompilerType, "0");
     saveSetting(Key::CompilerPathName, "/bin/true");
     ASSERT_TRUE(QDir().mkpath(t.w.file("runpb.sh")));  // the script can't be written
-    t.compile();
+    t.click("ID_Compile");
     QDir(t.w.file("runpb.sh")).removeRecursively();
     saveSetting(Key::DosWindow, "yes");
-    t.compile();
+    t.click("ID_Compile");
     t.f->deviceCombo().Clear();
-    t.compile();
+    t.click("ID_Compile");
     EXPECT_TRUE(t.w.launcher.launches.empty());
     const QStringList texts = t.boxTexts().mid(1);
     ASSERT_EQ(texts.size(), 3);
     EXPECT_TRUE(texts[0].startsWith("GoCompile Error:75") && texts[0].endsWith(" Line: 80")) << texts[0].toStdString();
     EXPECT_TRUE(texts[1].startsWith("GoCompile Error:13") && texts[1].endsWith(" Line: 120")) << texts[1].toStdString();
     EXPECT_EQ(texts[2], "GoCompile Error:380Invalid property value Line: 90");
-}
-
-TEST(Compile, VisibleModeThatCannotStartATerminalSaysSoAndStillWaits) {
-    CompileFrame t("x\n", "/bin/true", false);
+    // A terminal that cannot be started: said so, and the wait goes on.
+    t.f->GetDevices();
     saveSetting(Key::DosWindow, "0");
     t.w.launcher.failTerminal = true;
-    t.compile();
+    t.click("ID_Compile");
     ASSERT_EQ(t.w.launcher.launches.size(), 1u);
     EXPECT_EQ(t.w.launcher.launches[0].kind, LaunchRecord::Terminal);
-    EXPECT_EQ(t.boxTexts(), QStringList{"Unable to launch application."});
+    EXPECT_EQ(t.lastBox().text, "Unable to launch application.");
     EXPECT_TRUE(t.run().CheckFile.isActive());
     EXPECT_EQ(globals().CompileProcess, nullptr);
 }

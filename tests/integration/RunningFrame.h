@@ -57,7 +57,8 @@ struct RunningFrame {
         Tool& e = recentFileEntry(f->toolBars(), n);
         return e.Visible() ? e.Caption() : QStringLiteral("-");
     }
-    const Box& lastBox() { return w.prompts.boxes.back(); }
+    // The last message box, or an empty one when none was shown.
+    Box lastBox() { return w.prompts.boxes.empty() ? Box{} : w.prompts.boxes.back(); }
     static QString stored(const QString& key) {
         QSettings s(settingsFilePath(), QSettings::IniFormat);
         return s.contains(key) ? s.value(key).toString() : QStringLiteral("<none>");
