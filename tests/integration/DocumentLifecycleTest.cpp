@@ -26,7 +26,7 @@ TEST(SaveModified, ACancelAnEmptyNameOrAFailedSaveKeepsTheDocument) {
         {Answer::Cancel, std::nullopt, {}},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.report.toStdString());
+        SCOPED_TRACE(c.file.value_or("<no file>").toStdString() + (c.answer == Answer::Cancel ? " Cancel" : " Yes"));
         t.w.prompts.boxes.clear();
         t.w.prompts.answers = {c.answer};
         t.w.prompts.files = {c.file};

@@ -75,11 +75,6 @@ TEST(StatusDraw, TheGripRestoresTheFontAndLeavesWindowTextAlsoInSimpleMode) {
     EXPECT_EQ(paint(b, [&] { b.bar.SimpleMode(true); }),
               QStringList({"Fill 0,0,300,20 8000000f", "Text 0,0,300,20 [Compiling] 24"}) + kGrip);
     EXPECT_EQ(paint(b, [&] { b.bar.SimpleMode(false); }).filter("Panel ").size(), 3);
-
-    // With no panels left only the background and the grip remain.
-    for (int i = 0; i < 3; ++i)
-        b.bar.RemovePanel(1);
-    EXPECT_EQ(paint(b), QStringList{"Fill 0,0,300,20 8000000f"} + kGrip);
 }
 
 TEST(StatusPicture, ShowsPanelsIconAndGrip) {
