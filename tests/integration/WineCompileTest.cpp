@@ -182,7 +182,6 @@ TEST(WineCompile, WithoutWineOneMessageAndNoCompile) {
     qputenv("PATH", path);
     ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
     EXPECT_EQ(t.w.prompts.boxes[0].text, wineMissingMessage(t.compiler));
-    EXPECT_TRUE(t.w.prompts.boxes[0].text.contains(t.compiler));
     EXPECT_EQ(t.w.prompts.boxes[0].icon, Icon::Critical);
     EXPECT_TRUE(t.w.launcher.launches.empty());
     EXPECT_FALSE(QFileInfo::exists(t.w.file("runpb.sh")));
@@ -215,8 +214,9 @@ TEST(WineProgrammer, AWindowsProgrammerGetsWindowsPathsForEveryToken) {
     PosixLauncher real;
     globals().launcher = &real;
     QTemporaryDir tools;
-    const QString programmer = tools.filePath("my epic/EPICWIN.EXE");
-    ASSERT_TRUE(QDir().mkpath(tools.filePath("my epic")) && QFile::copy(fakeProgram("fakeprog.exe"), programmer));
+    const QString dir = tools.filePath(QString::fromUtf8("my epic 'é';$x"));
+    const QString programmer = dir + "/EPICWIN.EXE";
+    ASSERT_TRUE(QDir().mkpath(dir) && QFile::copy(fakeProgram("fakeprog.exe"), programmer));
     const QString source = w.write("led project/blink.pbp", "HIGH 0\r\n");
     w.write("led project/blink.hex", ":00000001FF\r\n");
     saveSetting(Key::ProgrammerPathName, programmer);
@@ -226,7 +226,7 @@ TEST(WineProgrammer, AWindowsProgrammerGetsWindowsPathsForEveryToken) {
     f.show();
     f.SSActiveToolBars1_ToolClick(f.toolBars().Tools().Item("ID_Epic"));
     EXPECT_TRUE(w.prompts.boxes.empty());
-    const QString record = tools.filePath("my epic/prog-args.txt");
+    const QString record = dir + "/prog-args.txt";
     ASSERT_TRUE(waitFor([&] { return QFileInfo(record).size() > 0; }));
     QFile f2(record);
     ASSERT_TRUE(f2.open(QIODevice::ReadOnly));
@@ -234,7 +234,7 @@ TEST(WineProgrammer, AWindowsProgrammerGetsWindowsPathsForEveryToken) {
     const QString hexWin = wineWindowsPath(w.file("led project/blink.hex"));
     const QString srcWin = wineWindowsPath(source);
     ASSERT_TRUE(hexWin.startsWith("Z:\\")) << hexWin.toStdString();
-    EXPECT_EQ(lines, QStringList({"cwd=" + wineWindowsPath(tools.filePath("my epic")), "arg=-dPIC16F84A",
+    EXPECT_EQ(lines, QStringList({"cwd=" + wineWindowsPath(dir), "arg=-dPIC16F84A",
                                   "arg=" + hexWin, "arg=" + wineShortPath(w.file("led project/blink.hex")),
                                   "arg=" + srcWin, "arg=" + wineShortPath(source)}));
     // The DOS forms hold no blank: the folder names are shortened.
