@@ -1,10 +1,8 @@
 #include "compile/CompileScript.h"
-#include "support/FakeDeviceCombo.h"
 #include "platform/Failure.h"
+#include "support/FakeDeviceCombo.h"
+#include "support/Files.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -81,25 +79,15 @@ TEST(CompileOptions, OqJoinsAmpasmAndTheDeviceFallsBackToTheFirstEntry) {
     }
 }
 
-// Written executable for the compilers' sake.
-void writeFile(const QString& path, const QByteArray& bytes) {
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size()) << path.toStdString();
-    f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
-}
-
 // Runs the script as runpb.sh in `app`: what it left in temp.dat, then its standard output and error.
 QList<QByteArray> runScript(const QString& app, const QByteArray& script,
                             const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment()) {
-    writeFile(app + "/runpb.sh", script);
+    writeProgram(app + "/runpb.sh", script);
     QProcess sh;
     sh.setProcessEnvironment(env);
     sh.start("/bin/sh", {app + "/runpb.sh"});
     sh.waitForFinished(-1);
-    QFile output(app + "/temp.dat");
-    return {output.open(QIODevice::ReadOnly) ? output.readAll() : "<none>", sh.readAllStandardOutput(),
-            sh.readAllStandardError()};
+    return {readFile(app + "/temp.dat"), sh.readAllStandardOutput(), sh.readAllStandardError()};
 }
 
 TEST(RunpbSh, RunsTheCompilerWithPathsThatNeedQuoting) {
@@ -108,10 +96,10 @@ TEST(RunpbSh, RunsTheCompilerWithPathsThatNeedQuoting) {
     const QString app = root + "/app $PATH", compilerDir = root + "/pbp 'bin'", docDir = root + "/src \"x\" $1";
     // The fake compiler prints where it runs, whether the old output is there, PATH's first entry and its arguments.
     const QString compiler = compilerDir + "/PBPW $X.sh", document = docDir + "/blink 'it'.pbp";
-    writeFile(compiler, "#!/bin/sh\necho \"cwd=$(pwd)\"\n[ -e '../app $PATH/temp.dat' ] && echo 'old output'\n"
+    writeProgram(compiler, "#!/bin/sh\necho \"cwd=$(pwd)\"\n[ -e '../app $PATH/temp.dat' ] && echo 'old output'\n"
                         "echo 'note' >&2\necho \"path=${PATH%%:*}\"\nfor a in \"$@\"; do echo \"arg=$a\"; done\n");
-    writeFile(document, "");
-    writeFile(app + "/temp.dat", "old output\n");
+    writeProgram(document, "");
+    writeProgram(app + "/temp.dat", "old output\n");
     const QByteArray expected = "cwd=" + docDir.toUtf8() + "\nnote\npath=" + compilerDir.toUtf8() +
                                 "\narg=-ampasm\narg=b c\narg=$X;d\narg=-p16F84A\narg=" + document.toUtf8() + "\n";
     EXPECT_EQ(runScript(app, runpbSh({.D = document, .S = app, .P = compiler, .O = R"(  -ampasm   "b c" $X;d )",
@@ -123,9 +111,9 @@ TEST(RunpbShWine, HandsWineTheWindowsFormsAsWholeWordsAndKeepsItsNoiseOut) {
     QTemporaryDir tmp;
     const QString app = tmp.path() + "/app ; $HOME", docDir = tmp.path() + "/src 'é' `x`";
     const QString wine = tmp.path() + "/wine $1";
-    writeFile(wine, "#!/bin/sh\necho \"cwd=$(pwd)\"\necho \"WINEPATH=$WINEPATH WINEDEBUG=$WINEDEBUG\"\n"
+    writeProgram(wine, "#!/bin/sh\necho \"cwd=$(pwd)\"\necho \"WINEPATH=$WINEPATH WINEDEBUG=$WINEDEBUG\"\n"
                     "for a in \"$@\"; do echo \"arg=$a\"; done\necho 'fixme:heap:noise' >&2\n");
-    writeFile(docDir + "/b.pbp", "");
+    writeProgram(docDir + "/b.pbp", "");
     const WineForms win{.wine = wine, .P = R"(Z:\P $(id) ;\PBPW.EXE)", .D = R"(Z:\S 'q'\B`X`.PBP)",
                         .C = R"(Z:\P $(id) ;)"};
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();

@@ -6,6 +6,7 @@
 #include "support/FakeFrame.h"
 #include "core/Settings.h"
 #include "support/Doubles.h"
+#include "support/Files.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -22,12 +23,6 @@
 
 namespace {
 
-void touch(const QString& path) {
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).absolutePath()));
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly)) << path.toStdString();
-}
-
 // Compilers in any letter case, look-alikes, looping links, a link to a compiler, a directory named as one
 // (searched, not listed) and an unreadable one; then two drives without compilers.
 class CompilerSearchTest : public ::testing::Test {
@@ -40,11 +35,11 @@ protected:
     void SetUp() override {
         for (const char* file : {"/tools/pbp/pbpw.exe", "/tools/pbp/PBPX.EXE", "/tools/pbp/pbpw.exe.bak", "/Pbc.Exe",
                                  "/.hidden/PBP.EXE", "/PBC.EXE/inner/PBP.EXE", "/blank/.keep"})
-            touch(root + file);
+            writeProgram(root + file, {});
         ASSERT_TRUE(QFile::link(root, root + "/tools/up") && QFile::link("..", root + "/PBC.EXE/inner/parent"));
         ASSERT_TRUE(QFile::link(root + "/tools/pbp/pbpw.exe", root + "/.hidden/PBPW.EXE"));
         if (geteuid() != 0) {
-            touch(locked + "/PBC.EXE");
+            writeProgram(locked + "/PBC.EXE", {});
             ASSERT_TRUE(QFile::setPermissions(locked, QFileDevice::Permissions()));
         }
         w.paths.roots = {root, root + "/blank", tmp.path() + "/not-ready"};
@@ -114,7 +109,7 @@ TEST(CompilerSearchRoots, WinesDriveCIsOfferedOnceItExists) {
     const QByteArray old = qgetenv("WINEPREFIX");
     qputenv("WINEPREFIX", prefix.path().toLocal8Bit());
     const bool before = PosixPaths().searchRoots().contains(prefix.path() + "/drive_c");
-    touch(prefix.path() + "/drive_c/PBP3/PBPW.EXE");
+    writeProgram(prefix.path() + "/drive_c/PBP3/PBPW.EXE", {});
     const bool after = PosixPaths().searchRoots().contains(prefix.path() + "/drive_c");
     qputenv("WINEPREFIX", old);
     EXPECT_FALSE(before);

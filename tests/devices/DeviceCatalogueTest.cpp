@@ -4,6 +4,7 @@
 #include "support/FakeDeviceCombo.h"
 #include "core/Globals.h"
 #include "support/Doubles.h"
+#include "support/Files.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,11 +20,6 @@
 namespace {
 
 const PortTable kSevens = {7, 7, 7, 7, 7, 7, 7, 7, 7, 7};
-
-QByteArray readAll(const QString& path) {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
 
 class DeviceCatalogueTest : public ::testing::Test {
 protected:
@@ -125,7 +121,7 @@ TEST_F(DeviceCatalogueTest, TheUsersOwnCatalogueWinsOverTheInstalledOneAndNeithe
 }
 
 TEST_F(DeviceCatalogueTest, TheShippedFileHoldsEveryDeviceOnceInOrderAndIsWhatTheGeneratorMakes) {
-    const QByteArray shipped = readAll(QStringLiteral(QB_SOURCE_DIR "/data/device.ide"));
+    const QByteArray shipped = readFile(QStringLiteral(QB_SOURCE_DIR "/data/device.ide"));
     catalogue(shipped);
     const QStringList all = devices(true), pbc = devices(false);
     ASSERT_GT(all.size(), 600);
@@ -150,7 +146,7 @@ TEST_F(DeviceCatalogueTest, TheShippedFileHoldsEveryDeviceOnceInOrderAndIsWhatTh
     gen.start("/bin/sh", {QB_SOURCE_DIR "/tools/gen-device-ide", "-d", headers, "-o", dir.filePath("device.ide")});
     ASSERT_TRUE(gen.waitForFinished(-1) && gen.exitStatus() == QProcess::NormalExit && gen.exitCode() == 0)
         << gen.readAllStandardError().toStdString();
-    EXPECT_EQ(readAll(dir.filePath("device.ide")), shipped) << "data/device.ide is stale: run tools/gen-device-ide";
+    EXPECT_EQ(readFile(dir.filePath("device.ide")), shipped) << "data/device.ide is stale: run tools/gen-device-ide";
 }
 
 }  // namespace

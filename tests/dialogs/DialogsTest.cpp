@@ -6,9 +6,9 @@
 #include "core/Globals.h"
 #include "platform/Failure.h"
 #include "support/Doubles.h"
+#include "support/Files.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -95,10 +95,8 @@ TEST_F(AboutTest, BannerReachesAHiddenBoxWhoseRowsMoveAndOkOrEscapeUnloadsIt) {
 TEST_F(AboutTest, SystemInformationStartsTheFirstProgramFoundOrSaysItIsUnavailable) {
     const QByteArray oldPath = qgetenv("PATH");
     auto pathWith = [&](const QStringList& programs) {  // PATH holds only a directory of ours
-        for (const QString& name : programs) {
-            QFile f(w.write("bin/" + name, "#!/bin/sh\n"));
-            f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
-        }
+        for (const QString& name : programs)
+            writeProgram(w.file("bin/" + name), "#!/bin/sh\n");
         qputenv("PATH", w.file("bin").toLocal8Bit());
     };
     const QString unavailable = QStringLiteral("System Information Is Unavailable At This Time");

@@ -6,6 +6,7 @@
 #include "document/TextFormat.h"
 #include "platform/Failure.h"
 #include "support/Doubles.h"
+#include "support/Files.h"
 
 #include <QDir>
 #include <QFile>
@@ -34,10 +35,6 @@ protected:
     void SetUp() override { saveSetting(Key::LegacyEncoding, kWindows1252); }
     QString path(const QString& name) const { return world.file(name); }
     QString write(const QString& name, const QByteArray& bytes) const { return world.write(name, bytes); }
-    static QByteArray read(const QString& p) {
-        QFile f(p);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<unreadable>");
-    }
     void typeAtEnd(const QString& text) {
         const int end = doc.NumLines() - 1;
         doc.InsertImpl(doc.GetLineLength(end), end, text, false);
@@ -81,7 +78,7 @@ TEST_F(DocumentFile, UnchangedFilesRoundTripByteForByteAndEnterTakesTheFirstLine
         EXPECT_FALSE(doc.GetLine(0).startsWith(QChar(0xFEFF)));
         for (const QString& out : {path("out.pbp"), p}) {  // a new file, and over itself
             ASSERT_EQ(save(out), 0);
-            EXPECT_EQ(read(out), bytes);
+            EXPECT_EQ(readFile(out), bytes);
         }
         EXPECT_FALSE(doc.Modified());
     }
@@ -94,17 +91,17 @@ TEST_F(DocumentFile, ATurkishFileKeepsItsCodePageUntilAskedToBecomeUtf8) {
     doc.LoadFile(p);
     EXPECT_EQ(doc.GetLine(0), QStringLiteral("' Şşığ çözüm"));
     ASSERT_EQ(save(p), 0);
-    EXPECT_EQ(read(p), bytes);
+    EXPECT_EQ(readFile(p), bytes);
     typeAtEnd(QStringLiteral("' €"));  // in the code page: no question
     ASSERT_EQ(save(p), 0);
-    EXPECT_EQ(read(p), bytes + "' \x80");
+    EXPECT_EQ(readFile(p), bytes + "' \x80");
     EXPECT_TRUE(world.prompts.boxes.empty());
 
     typeAtEnd(QStringLiteral(" ✓"));
     world.prompts.answers = {Answer::No, Answer::No};
     EXPECT_EQ(save(p), kCancelError);
     EXPECT_EQ(save(path("copy.pbp")), kCancelError);  // Save As asks too, and makes no file
-    EXPECT_EQ(read(p), bytes + "' \x80");
+    EXPECT_EQ(readFile(p), bytes + "' \x80");
     EXPECT_FALSE(QFile::exists(path("copy.pbp")));
     EXPECT_TRUE(doc.Modified());
     ASSERT_EQ(world.prompts.boxes.size(), 2u);
@@ -116,7 +113,7 @@ TEST_F(DocumentFile, ATurkishFileKeepsItsCodePageUntilAskedToBecomeUtf8) {
 
     world.prompts.answers = {Answer::Yes};
     ASSERT_EQ(save(p), 0);
-    EXPECT_EQ(read(p), QStringLiteral("' Şşığ çözüm\r\nHIGH PORTB.0\r\n' € ✓").toUtf8());
+    EXPECT_EQ(readFile(p), QStringLiteral("' Şşığ çözüm\r\nHIGH PORTB.0\r\n' € ✓").toUtf8());
     EXPECT_FALSE(doc.Modified());
     typeAtEnd(QStringLiteral("γ"));  // UTF-8 from now on: no more questions
     ASSERT_EQ(save(p), 0);
@@ -158,7 +155,7 @@ TEST_F(DocumentFile, ARefusedFileIsNeverSavedOverButAMissingOneMayBe) {
     EXPECT_EQ(std::make_tuple(doc.NumLines(), doc.Modified(), doc.CanUndo()), std::make_tuple(1, false, false));
     typeAtEnd("x");
     EXPECT_EQ(save(path("Untitled.pbp")), 0);
-    EXPECT_EQ(read(path("Untitled.pbp")), QByteArray("x"));
+    EXPECT_EQ(readFile(path("Untitled.pbp")), QByteArray("x"));
 
     // The limit is far above any real source.
     const QByteArray line("    LCDOut $FE, 1, \"Count: \", DEC4 counter ' show the count\r\n");
@@ -195,11 +192,11 @@ TEST_F(DocumentFile, FailedSavesNameTheirRealCauseAndLeaveTheOldFileWhole) {
     setrlimit(RLIMIT_FSIZE, &saved);
     std::signal(SIGXFSZ, previous);
     EXPECT_EQ(err, EFBIG);
-    EXPECT_EQ(read(p), old);
+    EXPECT_EQ(readFile(p), old);
     EXPECT_TRUE(doc.Modified());
     EXPECT_EQ(QDir(world.appDir()).entryList(QDir::Files), QStringList({"a.pbp", "plain.txt"}));
     EXPECT_EQ(save(p), 0);  // with room again the same save goes through
-    EXPECT_EQ(read(p).size(), old.size() + 10000);
+    EXPECT_EQ(readFile(p).size(), old.size() + 10000);
 }
 
 // The user's own file in a folder that takes no new file is saved in place, the atomic rename being
@@ -239,6 +236,6 @@ TEST_F(DocumentFile, AFileInAFolderThatTakesNoNewFileIsSavedInPlace) {
     }
     ::chmod(folder.toLocal8Bit().constData(), 0755);
     EXPECT_EQ(wrong, 0);
-    EXPECT_EQ(read(owned), QByteArray("old\nnew"));
+    EXPECT_EQ(readFile(owned), QByteArray("old\nnew"));
     EXPECT_EQ(QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"owned.pbp"});
 }

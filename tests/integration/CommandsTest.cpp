@@ -36,7 +36,7 @@ TEST(Commands, NewNumbersInOnePassAndEntersTheWindowMenu) {
     EXPECT_EQ(t.lastBox().icon, Icon::Exclamation);
 }
 
-TEST(Commands, OpenRefusesAnOpenFileInOtherLettersAndAMissingOne) {
+TEST(Commands, OpenAndSaveAsRefuseAnOpenFileAndSaveAsMovesTheWindowEntry) {
     RunningFrame t;
     const QString a = t.w.write("Blink.pbp", "HIGH 0\n");
     t.openFile(a);
@@ -52,10 +52,22 @@ TEST(Commands, OpenRefusesAnOpenFileInOtherLettersAndAMissingOne) {
     t.click("ID_Open");  // cancelled: silent
     EXPECT_EQ(t.w.prompts.boxes.size(), boxes);
     EXPECT_EQ(t.f->miDocCount(), 2);
-    EXPECT_EQ(t.recent(2), "-");
     EXPECT_EQ(t.w.prompts.fileDialogFilters.back(),
               "All Source Code Files|*.bas;*.pbp;*.pbc|PicBasic Pro Source Code (*.pbp)|*.pbp|PicBasic Source "
               "Code (*.pbc)|*.pbc|Basic Source Code (*.bas)|*.bas|All Files (*.*)|*.*|");
+    // Save As onto the document's own file is refused; another name moves the window entry.
+    const QString b = t.w.file("b.pbp");
+    t.w.prompts.files = {a, b};
+    t.click("ID_SaveAs");
+    EXPECT_EQ(t.lastBox().text, "File Already Open!");
+    EXPECT_EQ(t.f->miDocCount(), 2);
+    t.click("ID_SaveAs");
+    EXPECT_EQ(t.doc()->Caption(), b);
+    EXPECT_EQ(t.windowMenu().last(), b);
+    EXPECT_FALSE(t.windowMenu().contains(a));
+    EXPECT_EQ(readFile(b), "HIGH 0\n");
+    // The recent list has the open, not the Save As.
+    EXPECT_EQ(QStringList({t.recent(1), t.recent(2)}), QStringList({"&1 " + a, "-"}));
 }
 
 TEST(Commands, RecentFilesKeepTheLastFourOpenFromTheMenuAndAreStoredAtClose) {
@@ -83,23 +95,6 @@ TEST(Commands, RecentFilesKeepTheLastFourOpenFromTheMenuAndAreStoredAtClose) {
     EXPECT_EQ(t.f->miDocCount(), 1);
     EXPECT_EQ(globals().loadedWindows.size(), 2u);
     EXPECT_EQ(t.recent(1), "&1 " + t.w.file("vanished.pbp"));
-}
-
-TEST(Commands, SaveAsOntoItselfIsRefusedAndAnotherNameMovesTheWindowEntry) {
-    RunningFrame t;
-    const QString a = t.w.write("a.pbp", "A\n"), b = t.w.file("b.pbp");
-    t.openFile(a);
-    t.w.prompts.files = {a, b};
-    t.click("ID_SaveAs");
-    EXPECT_EQ(t.lastBox().text, "File Already Open!");
-    EXPECT_EQ(t.f->miDocCount(), 2);
-    t.click("ID_SaveAs");
-    EXPECT_EQ(t.doc()->Caption(), b);
-    EXPECT_EQ(t.windowMenu().last(), b);
-    EXPECT_FALSE(t.windowMenu().contains(a));
-    EXPECT_EQ(t.read(b), "A\n");
-    // The recent list has the open, not the Save As.
-    EXPECT_EQ(QStringList({t.recent(1), t.recent(2)}), QStringList({"&1 " + a, "-"}));
 }
 
 TEST(Commands, TheLastCloseTurnsTheDocumentToolsOffAndNewBringsThemBack) {

@@ -1,60 +1,11 @@
 // A compile from the Compile tool to the output screen, with the real gpasm and with a fake compiler.
 #include "RunningFrame.h"
 
-#include "compile/CompileRun.h"
-#include "compile/CompilerScreen.h"
 #include "compile/frmCompile.h"
-#include "platform/PosixLauncher.h"
-#include "statusbar/cNoStatusBar.h"
 
-#include <QDialog>
-#include <QDir>
-#include <QElapsedTimer>
-#include <QFileInfo>
-#include <QThread>
-
-namespace {
+#include <QTemporaryDir>
 
 const QString kGpasm = QStringLiteral("/usr/bin/gpasm");
-
-// The source lies in a directory with blanks and a quote in its name.
-struct CompileFrame : RunningFrame {
-    PosixLauncher real;
-    QStringList modals;
-
-    CompileFrame(const QByteArray& source, const QString& compiler, bool realLauncher = true)
-        : RunningFrame(QString(), false) {
-        if (realLauncher)
-            globals().launcher = &real;
-        saveSetting(Key::CompilerPathName, compiler);
-        start(w.write("my 'led' work/blink.asm", source));
-        f->modalHook = [this](QDialog& d) { modals << d.windowTitle(); return 0; };
-    }
-    ~CompileFrame() {
-        if (CompilerScreen* s = CompilerScreen::find())
-            s->close();
-        QDir::setCurrent(QDir::tempPath());
-    }
-    CompileRun& run() { return CompileRun::of(*doc()); }
-    CompilerScreen& screen() { return CompilerScreen::instance(); }  // a fresh one fails the checks, not the run
-    // The compiler runs on its own; wait (bounded) for its output as the tick would, then tick once.
-    bool waitAndTick() {
-        QElapsedTimer t;
-        t.start();
-        while (!QFileInfo::exists(w.file("temp.dat")) && t.elapsed() < 30000)
-            QThread::msleep(20);
-        run().CheckFile_Timer();
-        return QFileInfo::exists(w.file("temp.dat"));
-    }
-    QStringList boxTexts() {
-        QStringList texts;
-        for (const Box& b : w.prompts.boxes)
-            texts << b.text;
-        return texts;
-    }
-};
-
-}  // namespace
 
 TEST(Compile, GoodSourceWithRealGpasmWritesItsHexAndCountsDown) {
     if (!QFileInfo::exists(kGpasm))
@@ -91,11 +42,10 @@ TEST(Compile, AnErrorLineFromRealGpasmKeepsTheScreen) {
 }
 
 TEST(Compile, FakeCompilerBannerAndArguments) {
-    TestWorld scratch;  // a place for the fake compiler, outside the frame's world
-    const QString fake = scratch.write("pbp tools/PBPW", "#!/bin/sh\n"
-                                                         "printf '%s\\n' \"$@\" > \"$(dirname \"$0\")/args.txt\"\n"
-                                                         "echo 'PICBASIC PRO(TM) Compiler 2.60, (c) 1998, 2009 x'\n");
-    QFile::setPermissions(fake, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QTemporaryDir scratch;  // a place for the fake compiler, outside the frame's world
+    const QString fake = writeProgram(scratch.filePath("pbp tools/PBPW"),
+                                      "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$(dirname \"$0\")/args.txt\"\n"
+                                      "echo 'PICBASIC PRO(TM) Compiler 2.60, (c) 1998, 2009 x'\n");
     CompileFrame t("HIGH PORTB.0\n", fake);
     saveSetting(Key::CompilerCommandLineOptions, "  -ampasm -oq ");
     saveSetting(Key::AutoCloseCW, "0");
@@ -103,9 +53,7 @@ TEST(Compile, FakeCompilerBannerAndArguments) {
     ASSERT_TRUE(t.waitAndTick());
     EXPECT_EQ(t.f->PBPVersion(), "PICBASIC PRO(TM) COMPILER 2.60, ");
     EXPECT_EQ(t.screen().windowTitle(), "Compiler Output - Esc to Close") << "AutoCloseCW 0: no countdown";
-    QFile args(scratch.file("pbp tools/args.txt"));
-    ASSERT_TRUE(args.open(QIODevice::ReadOnly));
-    EXPECT_EQ(QString::fromUtf8(args.readAll()).split('\n', Qt::SkipEmptyParts),
+    EXPECT_EQ(QString::fromUtf8(readFile(scratch.filePath("pbp tools/args.txt"))).split('\n', Qt::SkipEmptyParts),
               QStringList({"-ampasm", "-oq", "-p16F84A", t.w.file("my 'led' work/blink.asm")}));
 }
 
@@ -180,8 +128,6 @@ TEST(Compile, OptionsSwitchRefiltersTheDeviceListAndKeepsTheIndex) {
     ASSERT_EQ(combo.ListCount(), 3);
     combo.SetListIndex(1);
     chooseCompiler(1);
-    EXPECT_FALSE(globals().UsePBP);
-    EXPECT_EQ(t.f->statusBar()->PanelText(3), "PBC");
     EXPECT_EQ(combo.ListCount(), 2);
     EXPECT_EQ(combo.List(1), "PIC12F675");
     EXPECT_EQ(combo.ListIndex(), 1);

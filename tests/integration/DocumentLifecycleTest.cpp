@@ -1,22 +1,7 @@
 // Unsaved changes at a document's close: the question, the save dialog and what a refusal keeps.
 #include "RunningFrame.h"
 
-TEST(SaveModified, YesAsksForTheNameAndSavesThere) {
-    RunningFrame t(QString(), false);
-    t.start(t.w.file("doc.pbp"));
-    t.type("HIGH 1");
-    const QString other = t.w.file("renamed.pbp");
-    t.w.prompts.answers = {Answer::Yes};
-    t.w.prompts.files = {other};
-    EXPECT_TRUE(t.doc()->subWindow()->close());
-    EXPECT_EQ(t.w.prompts.fileDialogNames.value(0), t.w.file("doc.pbp"));
-    EXPECT_EQ(t.read(other), "HIGH 1");
-    EXPECT_FALSE(QFile::exists(t.w.file("doc.pbp")));
-    EXPECT_EQ(setting(Key::LastFile), other);
-    EXPECT_EQ(t.f->miDocCount(), 0);
-}
-
-TEST(SaveModified, ACancelAnEmptyNameOrAFailedSaveKeepsTheDocument) {
+TEST(SaveModified, ACancelAnEmptyNameOrAFailedSaveKeepsTheDocumentAndYesSavesUnderTheNameGiven) {
     RunningFrame t;
     t.type("precious");
     const struct { Answer answer; std::optional<QString> file; QString report; } cases[] = {
@@ -41,4 +26,14 @@ TEST(SaveModified, ACancelAnEmptyNameOrAFailedSaveKeepsTheDocument) {
         EXPECT_EQ(t.doc()->View->Text(), "precious");
     }
     EXPECT_EQ(setting(Key::LastFile), t.w.file("Untitled.pbp"));
+    // Yes: the save dialog starts at the document's name, and the name given is saved and becomes LastFile.
+    const QString other = t.w.file("renamed.pbp");
+    t.w.prompts.answers = {Answer::Yes};
+    t.w.prompts.files = {other};
+    EXPECT_TRUE(t.doc()->subWindow()->close());
+    EXPECT_EQ(t.w.prompts.fileDialogNames.last(), t.w.file("Untitled.pbp"));
+    EXPECT_EQ(readFile(other), "precious");
+    EXPECT_FALSE(QFile::exists(t.w.file("Untitled.pbp")));
+    EXPECT_EQ(setting(Key::LastFile), other);
+    EXPECT_EQ(t.f->miDocCount(), 0);
 }

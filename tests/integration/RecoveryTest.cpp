@@ -73,7 +73,7 @@ TEST(Recovery, KilledWithTwoModifiedDocumentsBothComeBack) {
     child.kill();  // SIGKILL: no destructor, no close event
     ASSERT_TRUE(child.waitForFinished());
     ASSERT_EQ(filesIn(recoveryDir).size(), 2) << filesIn(recoveryDir).join(' ').toStdString();
-    EXPECT_EQ(RunningFrame::read(blink), "OLD LINE\r\n");
+    EXPECT_EQ(readFile(blink), "OLD LINE\r\n");
     EXPECT_FALSE(QFile::exists(fresh));
 
     // The next start: the frame comes up, then the killed process's files are offered.
@@ -104,7 +104,7 @@ TEST(Recovery, KilledWithTwoModifiedDocumentsBothComeBack) {
     // Save writes the original file with its own line endings, and its recovery file goes.
     const QString blinkRecovery = recoveryOf(*docs[blink])->file();
     docs[blink]->View->document().SaveFile(blink);
-    EXPECT_EQ(RunningFrame::read(blink), "HIGH PORTB.0\r\nOLD LINE\r\n");
+    EXPECT_EQ(readFile(blink), "HIGH PORTB.0\r\nOLD LINE\r\n");
     EXPECT_FALSE(QFile::exists(blinkRecovery));
     EXPECT_EQ(filesIn(recoveryDir).size(), 1);
     // Closing the other without saving ends its recovery too.

@@ -1,19 +1,24 @@
 #pragma once
 // A frame over a fresh world with the platform doubles, and the reads the integration tests make of it.
+#include "compile/CompileRun.h"
+#include "compile/CompilerScreen.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
 #include "document/Document.h"
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
+#include "platform/PosixLauncher.h"
 #include "shell/MDIMain.h"
 #include "shell/RecentFiles.h"
 #include "support/Doubles.h"
+#include "support/Files.h"
 #include "support/Typing.h"
 
-#include <QFile>
+#include <QDialog>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QSettings>
+#include <QThread>
 #include <gtest/gtest.h>
 
 struct RunningFrame {
@@ -63,8 +68,48 @@ struct RunningFrame {
         QSettings s(settingsFilePath(), QSettings::IniFormat);
         return s.contains(key) ? s.value(key).toString() : QStringLiteral("<none>");
     }
-    static QByteArray read(const QString& path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+};
+
+// A frame over a source in a directory with blanks and a quote in its name, set to compile it.
+struct CompileFrame : RunningFrame {
+    PosixLauncher real;
+    QStringList modals;
+
+    CompileFrame(const QByteArray& source, const QString& compiler, bool realLauncher = true,
+                 const QString& name = "my 'led' work/blink.asm")
+        : RunningFrame(QString(), false) {
+        if (realLauncher)
+            globals().launcher = &real;
+        saveSetting(Key::CompilerPathName, compiler);
+        start(w.write(name, source));
+        f->modalHook = [this](QDialog& d) { modals << d.windowTitle(); return 0; };
+    }
+    ~CompileFrame() {
+        if (CompilerScreen* s = CompilerScreen::find())
+            s->close();
+        QDir::setCurrent(QDir::tempPath());
+    }
+    CompileRun& run() { return CompileRun::of(*doc()); }
+    CompilerScreen& screen() { return CompilerScreen::instance(); }  // a fresh one fails the checks, not the run
+    // The compiler runs on its own; wait (bounded) for its output as the tick would, then tick once.
+    bool waitAndTick() {
+        for (QDeadlineTimer guard(30000); !QFileInfo::exists(w.file("temp.dat")) && !guard.hasExpired();)
+            QThread::msleep(20);
+        run().CheckFile_Timer();
+        return QFileInfo::exists(w.file("temp.dat"));
+    }
+    // Compiles, keeps the once-a-second tick out of the way and waits for the tick at the script's end.
+    bool compileAndWait() {
+        click("ID_Compile");
+        if (!run().CheckFile.isActive())
+            return false;
+        run().CheckFile.start(3600 * 1000);
+        return waitFor([&] { return !run().CheckFile.isActive(); });
+    }
+    QStringList boxTexts() {
+        QStringList texts;
+        for (const Box& b : w.prompts.boxes)
+            texts << b.text;
+        return texts;
     }
 };

@@ -4,11 +4,8 @@
 #include "platform/PeImage.h"
 #include "platform/PosixLauncher.h"
 #include "platform/Wine.h"
+#include "support/Files.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -16,45 +13,12 @@
 
 namespace {
 
-// The smallest head of a PE image: "MZ", the header offset at 0x3C, "PE\0\0" there.
-QByteArray peHead(quint32 offset = 0x40) {
-    QByteArray b(offset + 8, '\0');
-    b[0] = 'M', b[1] = 'Z';
-    for (int i = 0; i < 4; ++i)
-        b[0x3C + i] = char((offset >> (8 * i)) & 0xFF);
-    b.replace(offset, 4, QByteArray("PE\0\0", 4));
-    return b;
-}
-
-QString writeBytes(const QTemporaryDir& dir, const QString& name, const QByteArray& bytes) {
-    const QString path = dir.filePath(name);
-    QFile f(path);
-    if (f.open(QIODevice::WriteOnly))
-        f.write(bytes);
-    f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
-    return path;
-}
-
 // Restores PATH at the end of a test that hides wine.
 struct PathWithoutWine {
     QByteArray old = qgetenv("PATH");
     PathWithoutWine() { qputenv("PATH", "/nonexistent-dir"); }
     ~PathWithoutWine() { qputenv("PATH", old); }
 };
-
-QString readAll(const QString& path) {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
-}
-
-// Processes events until done() holds; the deadline only keeps a broken run from hanging.
-template <class Done>
-bool waitFor(Done done) {
-    QDeadlineTimer deadline(120000);
-    while (!done() && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    return done();
-}
 
 bool processExists(qint64 pid) { return ::kill(pid_t(pid), 0) == 0; }
 
@@ -81,9 +45,9 @@ TEST(PeImage, IsToldByContentNotByName) {
         EXPECT_FALSE(isPeImage(b)) << b.toHex().toStdString();
 
     QTemporaryDir dir;
-    EXPECT_TRUE(isPeImageFile(writeBytes(dir, "compiler", peHead())));
-    EXPECT_FALSE(isPeImageFile(writeBytes(dir, "PBPW.EXE", "#!/bin/sh\necho hello\n")));
-    EXPECT_FALSE(isPeImageFile(writeBytes(dir, "short.exe", "MZ")));
+    EXPECT_TRUE(isPeImageFile(writeProgram(dir.filePath("compiler"), peHead())));
+    EXPECT_FALSE(isPeImageFile(writeProgram(dir.filePath("PBPW.EXE"), "#!/bin/sh\necho hello\n")));
+    EXPECT_FALSE(isPeImageFile(writeProgram(dir.filePath("short.exe"), "MZ")));
     EXPECT_FALSE(isPeImageFile(dir.filePath("missing.exe")));
     EXPECT_FALSE(isPeImageFile(dir.path()));
     if (const QString fake = fakeProgram("fakepbp.exe"); !fake.isEmpty()) {
@@ -93,7 +57,7 @@ TEST(PeImage, IsToldByContentNotByName) {
 
 TEST(Wine, MissingWineNamesTheFileAndTheWayToGetIt) {
     QTemporaryDir dir;
-    const QString programmer = writeBytes(dir, "EPIC Win.exe", peHead());
+    const QString programmer = writeProgram(dir.filePath("EPIC Win.exe"), peHead());
     PathWithoutWine noWine;
     EXPECT_TRUE(wineProgram().isEmpty());
     const QString text = wineMissingMessage(programmer);
@@ -111,9 +75,9 @@ TEST(Wine, MissingWineNamesTheFileAndTheWayToGetIt) {
     // Path forms need wine too: none without it.
     EXPECT_EQ(wineShortPaths({programmer, dir.path()}), QStringList({"", ""}));
     // A script named like a Windows program still runs natively, wine or not.
-    const QString script = writeBytes(dir, "PICPROG.EXE", "#!/bin/sh\necho \"$@\" > ran\n");
+    const QString script = writeProgram(dir.filePath("PICPROG.EXE"), "#!/bin/sh\necho \"$@\" > ran\n");
     launcher.startDetached(script, {"a b"}, dir.path());
-    EXPECT_TRUE(waitFor([&] { return readAll(dir.filePath("ran")) == "a b\n"; }));
+    EXPECT_TRUE(waitFor([&] { return readFile(dir.filePath("ran")) == "a b\n"; }));
 }
 
 TEST(Wine, PathFormsOfNamesWithBlanksQuotesAndNonAsciiLetters) {
@@ -128,7 +92,7 @@ TEST(Wine, PathFormsOfNamesWithBlanksQuotesAndNonAsciiLetters) {
     const QString programmer = dir + "/Long Programmer Name.exe";  // a PE image: its short form keeps .EXE
     ASSERT_TRUE(QFile::copy(fake, programmer));
     const QString hex = dir + "/blink.hex";
-    writeBytes(tmp, "Prog 'it' é;$x/blink.hex", ":00000001FF\n");
+    writeProgram(tmp.filePath("Prog 'it' é;$x/blink.hex"), ":00000001FF\n");
 
     // Windows forms: the long one of anything, the short one only of what exists, in the order asked.
     const QStringList win = wineWindowsPaths({hex, dir + "/none.hex"});
@@ -151,7 +115,7 @@ TEST(HiddenProcess, TellsItsEndAndEndsItsWholeGroup) {
     QTemporaryDir dir;
     PosixLauncher launcher;
     // A script that ends by itself: the callback comes once, through the event loop.
-    const QString quick = writeBytes(dir, "quick.sh", "echo done > \"$1\"done.txt\n");
+    const QString quick = writeProgram(dir.filePath("quick.sh"), "echo done > \"$1\"done.txt\n");
     auto p = launcher.startHidden(quick, dir.path());
     ASSERT_GT(p->processId(), 0);
     int calls = 0;
@@ -162,19 +126,19 @@ TEST(HiddenProcess, TellsItsEndAndEndsItsWholeGroup) {
 
     // A script that leaves a child behind in its group: ending it ends the child too, and no callback
     // comes for an end that was asked for.
-    const QString leaves = writeBytes(dir, "leaves.sh", "sleep 300 &\necho $! > child.pid\nwait\n");
+    const QString leaves = writeProgram(dir.filePath("leaves.sh"), "sleep 300 &\necho $! > child.pid\nwait\n");
     auto q = launcher.startHidden(leaves, dir.path());
     int qCalls = 0;
     q->whenFinished([&] { ++qCalls; });
-    ASSERT_TRUE(waitFor([&] { return readAll(dir.filePath("child.pid")).endsWith('\n'); }));
-    const qint64 child = readAll(dir.filePath("child.pid")).trimmed().toLongLong();
+    ASSERT_TRUE(waitFor([&] { return readFile(dir.filePath("child.pid")).endsWith('\n'); }));
+    const qint64 child = readFile(dir.filePath("child.pid")).trimmed().toLongLong();
     ASSERT_TRUE(processExists(child));
     EXPECT_EQ(::getpgid(pid_t(child)), pid_t(q->processId()));
     q->terminate();
     EXPECT_FALSE(q->running());
     // The child was ours to kill: it is gone, or a zombie of init's for a moment.
     EXPECT_TRUE(waitFor([&] {
-        return !processExists(child) || readAll(QStringLiteral("/proc/%1/stat").arg(child)).contains(") Z ");
+        return !processExists(child) || readFile(QStringLiteral("/proc/%1/stat").arg(child)).contains(") Z ");
     }));
     QCoreApplication::processEvents();
     EXPECT_EQ(qCalls, 0);

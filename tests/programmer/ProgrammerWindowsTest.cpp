@@ -10,14 +10,13 @@
 #include "programmer/frmProgrammer.h"
 #include "support/Doubles.h"
 #include "support/FakeFrame.h"
+#include "support/Files.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QLineEdit>
 #include <QSettings>
-#include <QThread>
 #include <gtest/gtest.h>
 
 namespace {
@@ -98,20 +97,16 @@ TEST_F(ProgrammerTest, ARealProgrammerGetsEachArgumentWhole) {
     PosixLauncher posix;
     globals().launcher = &posix;
     const QString dir = w.file("pic tools"), record = w.file("record.txt");
-    const QString script = w.write("pic tools/fake programmer", "#!/bin/sh\nout='" + record.toUtf8() +
-                                   "'\n{ pwd; for a in \"$@\"; do echo \"$a\"; done; } >\"$out.part\"\n"
-                                   "mv \"$out.part\" \"$out\"\n");
-    QFile::setPermissions(script, QFile::ReadOwner | QFile::ExeOwner);
-    saveSetting(Key::ProgrammerPathName, script);
+    saveSetting(Key::ProgrammerPathName,
+                writeProgram(dir + "/fake programmer", "#!/bin/sh\nout='" + record.toUtf8() +
+                             "'\n{ pwd; for a in \"$@\"; do echo \"$a\"; done; } >\"$out.part\"\n"
+                             "mv \"$out.part\" \"$out\"\n"));
     auto run = [&](const QString& options) {
         saveSetting(Key::ProgrammerCommandLineOptions, options);
         QFile::remove(record);
         GoProgram(doc);
-        QFile f(record);  // appears whole when the script is done
-        for (QDeadlineTimer patience(60000); !f.exists() && !patience.hasExpired();)
-            QThread::msleep(20);
-        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()).split('\n', Qt::SkipEmptyParts)
-                                           : QStringList({"(did not run)"});
+        waitFor([&] { return QFile::exists(record); });  // appears whole when the script is done
+        return QString::fromUtf8(readFile(record)).split('\n', Qt::SkipEmptyParts);
     };
     EXPECT_EQ(run(epicWinTemplate), QStringList({dir, "-dPIC16F84", w.file("blink.hex")}));
     // No shell between: the name arrives as one argument and runs nothing.

@@ -17,8 +17,6 @@ void FakeFrame::ShowError(const Failure& f) {
     globals().prompts->message(errorBoxText(f), QStringLiteral("File Error"), Icon::None, Buttons::Ok);
 }
 
-void FakeFrame::EnableTools(bool enabled) { enableToolsCalls.push_back(enabled); }
-
 void FakeFrame::setDeviceListIndex(int index) {
     combo.SetListIndex(index);
     if (combo.ListIndex() != index)
@@ -27,5 +25,5 @@ void FakeFrame::setDeviceListIndex(int index) {
 
 int FakeFrame::runModal(QDialog& dlg) {
     modals << dlg.windowTitle();
-    return onModal ? onModal(dlg) : QDialog::Rejected;
+    return QDialog::Rejected;
 }
