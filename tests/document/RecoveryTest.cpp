@@ -120,6 +120,7 @@ TEST(RecoveryOffer, YesGivesTheDocumentsNoDeletesThemAndACorruptFileGoesUnasked)
     w.prompts.answers = {Answer::Yes};
     std::vector<RecoveredDocument> docs = offerRecovery(dir.path(), 555, [&](qint64 pid) { return pid != dead; });
     ASSERT_EQ(w.prompts.boxes.size(), 1u);
+    EXPECT_TRUE(w.prompts.boxes[0].text.contains("Recover 2 unsaved documents?"));
     ASSERT_EQ(docs.size(), 2u);
     std::sort(docs.begin(), docs.end(), [](auto& a, auto& b) { return a.pathName < b.pathName; });
     EXPECT_EQ(docs[0].pathName + docs[0].text + docs[1].text, "/p/one.pbpONE\r\nTWO");
