@@ -1,4 +1,4 @@
-// The frame from start to shutdown, with the platform doubles.
+// The frame from start to shutdown and a document's close, with the platform doubles.
 #include "RunningFrame.h"
 
 #include "compile/CompilerScreen.h"
@@ -9,7 +9,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-TEST(Startup, FirstStartWithEmptySettings) {
+TEST(Startup, FirstStartWithEmptySettingsThenCloseStoresWhatTheNextStartOpens) {
     RunningFrame t;
     MDIMain& f = *t.f;
     EXPECT_TRUE(f.windowTitle().startsWith("Quillbay Lite")) << f.windowTitle().toStdString();
@@ -31,10 +31,7 @@ TEST(Startup, FirstStartWithEmptySettings) {
     EXPECT_TRUE(t.w.prompts.boxes.empty());
     EXPECT_FALSE(QFile::exists(settingsFilePath()));
     EXPECT_FALSE(QFile::exists(t.w.file("Untitled.pbp")));
-}
-
-TEST(Startup, CloseStoresPlacementAndLastFileWhichTheNextStartOpens) {
-    RunningFrame t(QString(), false);
+    // Close stores the placement and the last file, which the next start opens.
     const QString path = t.w.write("blink.pbp", "' blink\r\nHIGH PORTB.0\r\n");
     t.start(path);
     ASSERT_TRUE(t.f->close());
@@ -122,6 +119,44 @@ TEST(Startup, ARefusedCloseStopsShutdownAndAFrameWithoutDocumentsKeepsLastFile) 
     ASSERT_TRUE(t.f->close());
     EXPECT_EQ(t.stored("Startup/LastFile"), "/kept.pbp");
     EXPECT_EQ(t.stored("Startup/Width"), "9000");
+}
+
+// Unsaved changes at a document's close: the question, the save dialog and what a refusal keeps.
+TEST(SaveModified, ACancelAnEmptyNameOrAFailedSaveKeepsTheDocumentAndYesSavesUnderTheNameGiven) {
+    RunningFrame t;
+    t.type("precious");
+    const struct { Answer answer; std::optional<QString> file; QString report; } cases[] = {
+        {Answer::Yes, std::nullopt, {}},  // the dialog cancelled: silent
+        {Answer::Yes, QString(), "No file name entered."},
+        {Answer::Yes, t.w.file("no/such/dir/x.pbp"), "Error( "},
+        {Answer::Cancel, std::nullopt, {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.file.value_or("<no file>").toStdString() + (c.answer == Answer::Cancel ? " Cancel" : " Yes"));
+        t.w.prompts.boxes.clear();
+        t.w.prompts.answers = {c.answer};
+        t.w.prompts.files = {c.file};
+        EXPECT_FALSE(t.doc()->subWindow()->close());
+        ASSERT_EQ(t.w.prompts.boxes.size(), c.report.isEmpty() ? 1u : 2u);
+        if (!c.report.isEmpty()) {
+            EXPECT_TRUE(t.lastBox().text.startsWith(c.report)) << t.lastBox().text.toStdString();
+            EXPECT_EQ(t.lastBox().title, "File Error");
+        }
+        EXPECT_EQ(t.f->miDocCount(), 1);
+        EXPECT_TRUE(t.doc()->View->document().Modified());
+        EXPECT_EQ(t.doc()->View->Text(), "precious");
+    }
+    EXPECT_EQ(setting(Key::LastFile), t.w.file("Untitled.pbp"));
+    // Yes: the save dialog starts at the document's name, and the name given is saved and becomes LastFile.
+    const QString other = t.w.file("renamed.pbp");
+    t.w.prompts.answers = {Answer::Yes};
+    t.w.prompts.files = {other};
+    EXPECT_TRUE(t.doc()->subWindow()->close());
+    EXPECT_EQ(t.w.prompts.fileDialogNames.last(), t.w.file("Untitled.pbp"));
+    EXPECT_EQ(readFile(other), "precious");
+    EXPECT_FALSE(QFile::exists(t.w.file("Untitled.pbp")));
+    EXPECT_EQ(setting(Key::LastFile), other);
+    EXPECT_EQ(t.f->miDocCount(), 0);
 }
 
 TEST(Startup, GarbageInAnyNumericSettingLeavesStartupRunningAndGoodPlacementAndKindApply) {

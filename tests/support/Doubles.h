@@ -74,7 +74,6 @@ public:
     ~TestWorld();
     QString appDir() const { return app_.path(); }
     QString configDir() const { return config_.path(); }
-    QString stateDir() const { return state_.path(); }
     QString file(const QString& name) const { return app_.filePath(name); }
     // Writes a file into the application directory and gives its path.
     QString write(const QString& name, const QByteArray& bytes) const;
