@@ -1,5 +1,6 @@
 #include "compile/CompileScript.h"
 #include "platform/Failure.h"
+#include "support/Doubles.h"
 #include "support/FakeDeviceCombo.h"
 #include "support/Files.h"
 
@@ -32,11 +33,8 @@ TEST(RunpbBat, IsTheEightCrlfLinesWithTheirEdgeCases) {
     for (const auto& [D, P, O, part] : lines)
         EXPECT_TRUE(bat(D, P, O).contains(part)) << bat(D, P, O).toStdString();
     // No backslash past the drive: line 4 cannot be built.
-    for (const char* d : {"", "BLINK.BAS", "\\BLINK.BAS", "C\\BLINK.BAS"}) {
-        long number = 0;
-        try { bat(d); } catch (const Failure& f) { number = f.number; }
-        EXPECT_EQ(number, 5) << d;
-    }
+    for (const char* d : {"", "BLINK.BAS", "\\BLINK.BAS", "C\\BLINK.BAS"})
+        EXPECT_EQ(failureNumber([&] { bat(d); }), 5) << d;
 }
 
 TEST(RunpbSh, TakesTheSameStepsWithQuotedPaths) {

@@ -20,13 +20,7 @@ TEST(OpenSave, CancelRaisesOrEmptiesByCancelError) {
     OpenSave dlg(&prompts);
     dlg.FileName = "/old.pbp";
     dlg.CancelError = true;
-    long number = 0;
-    try {
-        dlg.ShowOpen();
-    } catch (const Failure& f) {
-        number = f.number;
-    }
-    EXPECT_EQ(number, kCancelError);
+    EXPECT_EQ(failureNumber([&] { dlg.ShowOpen(); }), kCancelError);
     EXPECT_EQ(dlg.FileName, "/old.pbp");
     EXPECT_THROW(dlg.ShowColor(), Failure);
     dlg.CancelError = false;

@@ -1,6 +1,7 @@
 #include "core/Convert.h"
 #include "platform/Failure.h"
 #include "shell/Placement.h"
+#include "support/Doubles.h"
 
 #include <QStringList>
 #include <gtest/gtest.h>
@@ -34,17 +35,9 @@ TEST(Convert, NumbersAsTheReadersTakeThem) {
     EXPECT_EQ(numberOf(" 12 "), 12);
     EXPECT_EQ(QList<int>({int16Of("2.5"), int16Of("3.5"), int16Of("-1")}), QList<int>({2, 4, -1}));
     EXPECT_EQ(int32Of("-2147483643"), -2147483643);
-    auto number = [](auto f) {
-        try {
-            f();
-        } catch (const Failure& e) {
-            return e.number;
-        }
-        return 0L;
-    };
-    EXPECT_EQ(number([] { numberOf("12abc"); }), kTypeMismatch);
-    EXPECT_EQ(number([] { numberOf(""); }), kTypeMismatch);
-    EXPECT_EQ(number([] { numberOf("inf"); }), kTypeMismatch);
-    EXPECT_EQ(number([] { int16Of("40000"); }), kOverflow);
-    EXPECT_EQ(number([] { singleOf("1e300"); }), kOverflow);
+    EXPECT_EQ(failureNumber([] { numberOf("12abc"); }), kTypeMismatch);
+    EXPECT_EQ(failureNumber([] { numberOf(""); }), kTypeMismatch);
+    EXPECT_EQ(failureNumber([] { numberOf("inf"); }), kTypeMismatch);
+    EXPECT_EQ(failureNumber([] { int16Of("40000"); }), kOverflow);
+    EXPECT_EQ(failureNumber([] { singleOf("1e300"); }), kOverflow);
 }

@@ -1,6 +1,7 @@
 #include "platform/Failure.h"
 #include "shell/EnableTools.h"
 #include "shell/ToolBars.h"
+#include "support/Doubles.h"
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -56,9 +57,7 @@ TEST(ToolModel, LookupsIgnoreCaseUnknownIdsFailAndTheFileAndEditMenus) {
     EXPECT_EQ(&m.Bands("standard"), &m.Bands("Standard"));
     // A place in a menu finds the same tool's states.
     EXPECT_EQ(&m.Tools().Item("ID_EDIT").Menu().Tools().Item("ID_REDO").base(), &m.Tools().Item("ID_Redo"));
-    long number = 0;
-    try { m.Tools().Item("ID_Nothing"); } catch (const Failure& f) { number = f.number; }
-    EXPECT_EQ(number, kToolNotFound);
+    EXPECT_EQ(failureNumber([&] { m.Tools().Item("ID_Nothing"); }), kToolNotFound);
     EXPECT_THROW(m.Bands("Formatting"), Failure);
     EXPECT_THROW(m.Tools().Item("ID_Save").Menu(), Failure);
 

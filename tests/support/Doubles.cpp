@@ -120,3 +120,12 @@ QString TestWorld::writeDeviceCatalogue() const {
                  "PIC12F675: PBC GPIO=6\n"
                  "PIC18F452: PORTA=7 PORTB=8 PORTC=8 PORTD=8 PORTE=3\n");
 }
+
+long failureNumber(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const Failure& f) {
+        return f.number;
+    }
+    return 0;
+}

@@ -9,6 +9,7 @@
 #include <ostream>
 #include <QTemporaryDir>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -91,6 +92,9 @@ private:
     QByteArray oldConfig_;
     QByteArray oldState_;
 };
+
+// The number of the Failure that step throws, 0 when it goes through.
+long failureNumber(const std::function<void()>& step);
 
 // Readable QString output in failed expectations.
 inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
