@@ -2,6 +2,7 @@
 // handler (reload check, token lookup, tip search) and its two status panel texts, each repainting the
 // real status bar into its pixmap. Baseline in the same run: the bare control's own caret move, with no
 // handler connected.
+#include "BenchMain.h"
 #include "document/Document.h"
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
@@ -150,14 +151,4 @@ BENCHMARK(BM_Baseline_BareControlCaretMove);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return runBenchmarks(argc, argv); }

@@ -1,6 +1,7 @@
 // What a user waits for after pressing Compile: from the click to the compiler's output on the screen, against
 // running the same compiler by hand and waiting for it, in turns in the same run: a native compiler (a shell
 // script) and a Windows compiler under a warm Wine.
+#include "BenchMain.h"
 #include "compile/CompilerScreen.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
@@ -171,10 +172,4 @@ BENCHMARK(BM_CompileClick_Wine)->UseManualTime()->Unit(benchmark::kMillisecond)-
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return runBenchmarks(argc, argv); }

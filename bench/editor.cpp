@@ -1,6 +1,7 @@
 // What a user waits for in the editor: opening a 100,000-line file and typing at its end, with our
 // tokeniser (word sets of about 200 words) against a plain QScintilla control without one, in one run;
 // and a Replace All over that file against the plain control's own find and replace loop.
+#include "BenchMain.h"
 #include "document/Document.h"
 #include "document/Language.h"
 #include "document/SourceLexer.h"
@@ -264,14 +265,6 @@ BENCHMARK(RefreshDuringCompile_Ours)->Unit(benchmark::kMicrosecond)->UseRealTime
 BENCHMARK_TEMPLATE(ReplaceAllInLargeFile, PlainTuned)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_TEMPLATE(ReplaceAllInLargeFile, Ours)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return runBenchmarks(argc, argv); }
 
 #include "editor.moc"

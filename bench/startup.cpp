@@ -1,5 +1,6 @@
 // What a user waits for at start: from the program's start to a frame on the screen with its first document,
 // idle, against a bare Qt window with a menu bar, a toolbar and a QScintilla control, in the same run.
+#include "BenchMain.h"
 #include "core/Globals.h"
 #include "platform/PosixLauncher.h"
 #include "platform/PosixPaths.h"
@@ -78,10 +79,5 @@ BENCHMARK(BM_StartToIdle_BareWindowBaseline)->Unit(benchmark::kMillisecond);
 }  // namespace
 
 int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    globals().reset();
-    return 0;
+    return runBenchmarks(argc, argv, [] { globals().reset(); });
 }

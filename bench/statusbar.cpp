@@ -2,6 +2,7 @@
 // painted into the real pixmap target. Baseline in the same run: a bare fill and the same texts drawn
 // with QPainter into a pixmap of the same size.
 
+#include "BenchMain.h"
 #include "statusbar/PixmapTarget.h"
 #include "statusbar/cNoStatusBar.h"
 
@@ -55,14 +56,4 @@ BENCHMARK(BM_Baseline_QPainterFillAndText);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return runBenchmarks(argc, argv); }
