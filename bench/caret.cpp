@@ -13,6 +13,7 @@
 #include "core/DeviceCombo.h"
 #include "core/Frame.h"
 #include "core/Globals.h"
+#include "core/ToolState.h"
 
 #include <QApplication>
 #include <QFile>
@@ -32,6 +33,16 @@ public:
     void SetListIndex(int) override {}
 };
 
+// One document, the active one.
+class BenchEditors : public Editors {
+public:
+    frmEditor* doc = nullptr;
+    frmEditor* find(const QString&) const override { return doc; }
+    frmEditor* titled(const QString&) const override { return doc; }
+    frmEditor* active() const override { return doc; }
+    QList<frmEditor*> all() const override { return doc ? QList<frmEditor*>{doc} : QList<frmEditor*>{}; }
+};
+
 // The frame's part in a caret move: the tools' enabled states and the status bar with its three panels.
 class BenchFrame : public Frame {
 public:
@@ -49,13 +60,21 @@ public:
     OpenSave dialog;
     QWidget window;
     QHash<QString, bool> tools;
-    qint16 count = 1;
+    BenchEditors docs;
+    std::optional<ToolState> last;
     bool paint = true;
 
     void ShowError(const Failure&) override {}
-    void EnableTools(bool) override {}
-    void setToolEnabled(const QString& id, bool enabled) override { tools[id.toUpper()] = enabled; }
-    void refreshPasteTool() override {}
+    // What the frame does: the state read, and the tools written only when it changed.
+    void EnableTools() override {
+        ToolState state = documentToolState(docs);
+        state.clipboardText = true;
+        if (last == state)
+            return;
+        last = state;
+        for (const auto& [id, enabled] : toolStates(state))
+            tools[QLatin1String(id)] = enabled;
+    }
     void setPanelText(int panel, const QString& text) override {
         if (!paint)
             return;
@@ -63,16 +82,13 @@ public:
         // What the window shows: the picture with the drawing finished.
         benchmark::DoNotOptimize(target.pixmap().cacheKey());
     }
-    qint16 miDocCount() const override { return count; }
-    void setMiDocCount(qint16 c) override { count = c; }
+    Editors& editors() override { return docs; }
     DeviceCombo& deviceCombo() override { return combo; }
     int deviceListIndex() override { return 0; }
     void setDeviceListIndex(int) override {}
     void GetDevices() override {}
     void GetDeviceData(bool) override {}
     OpenSave& openSave() override { return dialog; }
-    void removeWindowEntry(const QString&) override {}
-    void setOpenDocsCaption(const QString&) override {}
     void setPBPVersion(const QString&) override {}
     void showGotoLine() override {}
     void popupMenu(const QString&) override {}
@@ -127,6 +143,7 @@ void moveCaretBackAndForth(benchmark::State& state, SourceView& view) {
 void BM_CaretMove_DocumentWindow(benchmark::State& state) {
     BenchFrame frame;
     frmEditor doc(frame);
+    frame.docs.doc = &doc;
     moveCaretBackAndForth(state, *doc.View);
     if (frame.bar.PanelText(2) != QLatin1String("Delay (1mSec resolution).") &&
         frame.bar.PanelText(2) != QLatin1String("Make pin output high."))
@@ -139,6 +156,7 @@ void BM_CaretMove_DocumentWindowWithoutStatusBar(benchmark::State& state) {
     BenchFrame frame;
     frame.paint = false;
     frmEditor doc(frame);
+    frame.docs.doc = &doc;
     moveCaretBackAndForth(state, *doc.View);
 }
 BENCHMARK(BM_CaretMove_DocumentWindowWithoutStatusBar);

@@ -23,7 +23,7 @@ set(windows_document "^(frmEditor|SourceView|SourceLexer|FindDialog|Document|Pos
 set(windows_compile "^(frm|CompilerScreen|CompileRun)")
 set(windows_programmer "^(frm|ProgrammerRun)")
 set(windows_dialogs "^(frm|MyAbout)")
-set(windows_shell "^(MDIMain|ToolBars)")
+set(windows_shell "^(MDIMain|ToolBars|EditorRegistry)")
 
 set(widget_include "^(Qt(Widgets|PrintSupport)/|Qsci/|Q(Widget|Dialog|MainWindow|Mdi[A-Za-z]*|Action|ActionGroup|Menu|MenuBar|ToolBar|ToolButton|ComboBox|Label|LineEdit|PushButton|AbstractButton|CheckBox|RadioButton|ScrollBar|SpinBox|ListWidget|MessageBox|FileDialog|ColorDialog|Application|[VHG][A-Za-z]*Layout|BoxLayout|Layout|StyleOption[A-Za-z]*|Style|Printer|PrintDialog|Frame|Splitter|StatusBar|GroupBox|TextEdit|PlainTextEdit|WidgetAction|Shortcut|Scroll[A-Za-z]*|Accessible[A-Za-z]*)$)")
 

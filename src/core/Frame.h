@@ -2,6 +2,8 @@
 // The frame as the documents and dialogs know it: the state and operations that every part may use.
 // MDIMain implements it; window tests can give a fake one.
 
+#include "core/Editors.h"
+
 #include <QString>
 #include <QtGlobal>
 
@@ -17,17 +19,16 @@ public:
 
     // Reports a caught failure: "Error( n): text", titled "File Error".
     virtual void ShowError(const Failure& f) = 0;
-    // The tools that follow the existence of a document.
-    virtual void EnableTools(bool enabled) = 0;
-    virtual void setToolEnabled(const QString& id, bool enabled) = 0;
-    // Enables the paste tool when the clipboard holds text.
-    virtual void refreshPasteTool() = 0;
+    // Works out again which tools are enabled: from the open documents, the active one's selection, undo
+    // history and compile, the clipboard and the token last clicked.
+    virtual void EnableTools() = 0;
     // Text of a status bar panel, 1 to 3.
     virtual void setPanelText(int panel, const QString& text) = 0;
 
-    // Number of open documents.
-    virtual qint16 miDocCount() const = 0;
-    virtual void setMiDocCount(qint16 count) = 0;
+    // The open documents.
+    virtual Editors& editors() = 0;
+    // Number of open documents, read from the registry.
+    qint16 miDocCount() { return editors().count(); }
 
     // The device list of the tool ID_Device.
     virtual DeviceCombo& deviceCombo() = 0;
@@ -40,10 +41,6 @@ public:
 
     // The one file and colour dialog.
     virtual OpenSave& openSave() = 0;
-    // The Window menu's entries and the open documents label.
-    virtual void removeWindowEntry(const QString& id) = 0;
-    virtual void setOpenDocsCaption(const QString& caption) = 0;
-
     // The compiler's banner for the about box's PBPVersion label, set whether or not the box is open.
     virtual void setPBPVersion(const QString& text) = 0;
 

@@ -8,6 +8,7 @@
 #include "core/Convert.h"
 #include "core/Frame.h"
 #include "core/Globals.h"
+#include "core/ToolIds.h"
 
 #include <vector>
 
@@ -85,33 +86,23 @@ void saveViewColors(SourceView& view) {
     skipOnFailure([&] { saveSetting(Key::ViewSelForeColor, QString::number(view.SelForeColor())); });
 }
 
-namespace {
-
-// The views of the loaded windows in loading order; the frame and the dialogs have none.
-std::vector<SourceView*> loadedViews() {
-    std::vector<SourceView*> views;
-    for (QWidget* w : globals().loadedWindows)
-        if (auto* doc = qobject_cast<frmEditor*>(w); doc && doc->View)
-            views.push_back(doc->View);
-    return views;
-}
-
-}  // namespace
-
 void colorCommand(Frame& frame, const QString& toolId) {
     OpenSave& dlg = frame.openSave();
     dlg.CancelError = true;
     dlg.ShowColor();
     // From here on a failing step is passed over.
     const qint32 color = dlg.Color;
-    const std::vector<SourceView*> views = loadedViews();
-    if (toolId == QLatin1String("ID_SelectionTextForegroundColor")) {
+    // Every open document, in the order they were opened.
+    std::vector<SourceView*> views;
+    for (frmEditor* doc : frame.editors().all())
+        views.push_back(doc->View);
+    if (toolId == QLatin1String(ToolId::SelectionTextForegroundColor)) {
         for (SourceView* v : views)
             skipOnFailure([&] { v->setSelForeColor(color); });
-    } else if (toolId == QLatin1String("ID_SelectionTextBackgroundColor")) {
+    } else if (toolId == QLatin1String(ToolId::SelectionTextBackgroundColor)) {
         for (SourceView* v : views)
             skipOnFailure([&] { v->setSelBackColor(color); });
-    } else if (toolId == QLatin1String("ID_BackgroundColor")) {
+    } else if (toolId == QLatin1String(ToolId::BackgroundColor)) {
         for (SourceView* v : views) {
             skipOnFailure([&] { v->setBackColor(color); });
             skipOnFailure([&] { v->setTextBackColor(color); });
@@ -122,7 +113,7 @@ void colorCommand(Frame& frame, const QString& toolId) {
                 skipOnFailure([&] { v->tokenInfo().SetBackgroundColor(cls, color, true); });
         for (SourceView* v : views)
             skipOnFailure([&] { v->Refresh(); });
-    } else if (toolId == QLatin1String("ID_TokenColor")) {
+    } else if (toolId == QLatin1String(ToolId::TokenColor)) {
         // The class of the token last clicked in any document; one without a colour key sets nothing.
         Globals& g = globals();
         const int cls = g.ClickedTokenClass;

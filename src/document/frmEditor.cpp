@@ -10,9 +10,11 @@
 #include "language/ReservedWords.h"
 #include "language/StatementTable.h"
 #include "platform/KeyCodes.h"
+#include "core/Editors.h"
 #include "core/Frame.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
+#include "core/ToolIds.h"
 
 #include <QCloseEvent>
 #include <QMdiSubWindow>
@@ -64,6 +66,14 @@ void frmEditor::setCaption(const QString& c) {
     updateSubWindowTitle();
 }
 
+void frmEditor::setPath(const QString& path, bool retitle) {
+    const QString oldTitle = Caption();
+    View->document().setPathName(path);
+    if (retitle)
+        setCaption(path);
+    emit pathChanged(oldTitle);
+}
+
 // The sub-window shows the modified state where its title holds the placeholder; a "[*]" of the path
 // itself is doubled to stay text.
 void frmEditor::updateSubWindowTitle() {
@@ -97,7 +107,7 @@ void frmEditor::Form_Load() {
     skipOnFailure([&] { InitPBPCodes(); });
     skipOnFailure([&] { LoadReservedWords(); });
     skipOnFailure([&] { applyViewSettings(*View); });
-    skipOnFailure([&] { frame_.refreshPasteTool(); });
+    skipOnFailure([&] { frame_.EnableTools(); });
     globals().ClickedTokenClass = 0;
 }
 
@@ -138,7 +148,7 @@ bool frmEditor::SaveModified() {
             return false;
         }
         doc.SaveFile(dlg.FileName);
-        doc.setPathName(dlg.FileName);
+        setPath(dlg.FileName, false);
         return true;
     } catch (const Failure& f) {
         if (f.number != kCancelError)
@@ -148,12 +158,10 @@ bool frmEditor::SaveModified() {
 }
 
 void frmEditor::Form_Activate() {
-    Document& doc = View->document();
-    skipOnFailure([&] { frame_.setToolEnabled(QStringLiteral("ID_REDO"), doc.CanRedo()); });
-    skipOnFailure([&] { frame_.setToolEnabled(QStringLiteral("ID_UNDO"), doc.CanUndo()); });
     skipOnFailure([&] { frame_.setDeviceListIndex(DeviceIndex); });
     skipOnFailure([&] { frame_.GetDeviceData(false); });
-    skipOnFailure([&] { frame_.EnableTools(true); });
+    // The tools follow this document's undo history and selection.
+    skipOnFailure([&] { frame_.EnableTools(); });
 }
 
 void frmEditor::closeEvent(QCloseEvent* e) {
@@ -167,24 +175,10 @@ void frmEditor::closeEvent(QCloseEvent* e) {
 }
 
 void frmEditor::Form_Unload() {
+    // The registry lowers the count; the frame's label, Window menu and tools follow it.
     emit unloading();
-    skipOnFailure([&] {
-        frame_.setMiDocCount(qint16(frame_.miDocCount() - 1));
-        if (frame_.miDocCount() == 0)
-            frame_.EnableTools(false);
-    });
-    skipOnFailure([&] { frame_.setOpenDocsCaption(QStringLiteral("Files: ") + QString::number(frame_.miDocCount())); });
-    skipOnFailure([&] { frame_.removeWindowEntry(Tag); });
     skipOnFailure([&] { saveViewColors(*View); });
     skipOnFailure([&] { saveSetting(Key::LastFile, View->document().PathName()); });
-}
-
-void frmEditor::refreshSelectionTools() {
-    skipOnFailure([&] {
-        const bool selected = View->TextSelected();
-        frame_.setToolEnabled(QStringLiteral("ID_CUT"), selected);
-        frame_.setToolEnabled(QStringLiteral("ID_COPY"), selected);
-    });
 }
 
 // Runs on every keystroke: one table check, one line tokenised, at most 97 keys compared.
@@ -199,7 +193,7 @@ void frmEditor::View_CaretMove(int x, int y) {
         skipOnFailure([&] { LoadReservedWords(); });
         skipOnFailure([&] { View->Refresh(); });
     }
-    refreshSelectionTools();
+    skipOnFailure([&] { frame_.EnableTools(); });
     int displayCol = 0, displayLine = 0;
     skipOnFailure([&] { View->TextToDisplay(x, y, displayCol, displayLine); });
     // The character left of the caret, so a caret just behind a word still finds it.
@@ -217,9 +211,13 @@ void frmEditor::View_CaretMove(int x, int y) {
     });
 }
 
-void frmEditor::View_DblClick() { refreshSelectionTools(); }
+void frmEditor::View_DblClick() {
+    skipOnFailure([&] { frame_.EnableTools(); });
+}
 
-void frmEditor::View_KeyUp(int, int) { refreshSelectionTools(); }
+void frmEditor::View_KeyUp(int, int) {
+    skipOnFailure([&] { frame_.EnableTools(); });
+}
 
 // Shift+F2 toggles the face between "Courier" and "Courier New": saved at once, this view at once,
 // other open documents at their next creation.
@@ -280,14 +278,12 @@ void frmEditor::shiftLines(bool outdent) {
 }
 
 void frmEditor::View_LinesChanged(int, int) {
-    Document& doc = View->document();
-    skipOnFailure([&] { frame_.setToolEnabled(QStringLiteral("ID_REDO"), doc.CanRedo()); });
-    skipOnFailure([&] { frame_.setToolEnabled(QStringLiteral("ID_UNDO"), doc.CanUndo()); });
+    skipOnFailure([&] { frame_.EnableTools(); });
 }
 
 // How a copy made in another program reaches the paste tool.
 void frmEditor::View_MouseMove(int, int, int, int) {
-    skipOnFailure([&] { frame_.refreshPasteTool(); });
+    skipOnFailure([&] { frame_.EnableTools(); });
 }
 
 void frmEditor::View_MouseUp(int buttons, int, int x, int y) {
@@ -300,14 +296,24 @@ void frmEditor::View_MouseUp(int buttons, int, int x, int y) {
         g.ClickedTokenClass = cls;
     });
     // The margin test stands at a fixed width, whatever the margin style.
-    if (x < kMarginPixels) {
+    if (x < kMarginPixels)
         skipOnFailure([&] { View->SetSel(0, line, View->document().GetLineLength(line), line); });
-        refreshSelectionTools();
-    }
-    // The token colour command acts on the class of the token last clicked, if it has a colour.
-    skipOnFailure([&] {
-        frame_.setToolEnabled(QStringLiteral("ID_TokenColor"), colorKeyOf(g.ClickedTokenClass).has_value());
-    });
+    // The tools follow the selection, and the token colour command acts on the class of the token last
+    // clicked, if it has a colour.
+    skipOnFailure([&] { frame_.EnableTools(); });
     if (buttons == kRightButton)
-        skipOnFailure([&] { frame_.popupMenu(QStringLiteral("ID_Edit")); });
+        skipOnFailure([&] { frame_.popupMenu(QLatin1String(ToolId::Edit)); });
+}
+
+ToolState documentToolState(const Editors& editors) {
+    ToolState s;
+    s.documents = editors.count() > 0;
+    if (const frmEditor* doc = editors.active()) {
+        const Document& d = doc->View->document();
+        s.canUndo = d.CanUndo();
+        s.canRedo = d.CanRedo();
+        s.selection = doc->View->TextSelected();
+    }
+    s.tokenColor = colorKeyOf(globals().ClickedTokenClass).has_value();
+    return s;
 }

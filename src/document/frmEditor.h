@@ -1,9 +1,12 @@
 #pragma once
 // One document: a child window of the frame around its editing control.
 
+#include "core/ToolState.h"
+
 #include <QString>
 #include <QWidget>
 
+class Editors;
 class Frame;
 class SourceView;
 class QMdiSubWindow;
@@ -25,6 +28,8 @@ public:
     // in the sub-window's title only.
     QString Caption() const { return windowTitle(); }
     void setCaption(const QString& c);
+    // Another path for the document; with retitle the title follows it (Save As). Says so in pathChanged.
+    void setPath(const QString& path, bool retitle);
     QMdiSubWindow* subWindow() const;
     Frame& frame() const { return frame_; }
 
@@ -49,6 +54,8 @@ public:
 signals:
     // The window is closing for good; what watches it (a running compile) stops now.
     void unloading();
+    // The path changed, and with it the title unless it is still oldTitle.
+    void pathChanged(const QString& oldTitle);
 
 protected:
     void closeEvent(QCloseEvent* e) override;
@@ -58,7 +65,6 @@ private:
     void Form_Load();
     // The closing steps after SaveModified gave true.
     void Form_Unload();
-    void refreshSelectionTools();
     // Indent or outdent the lines of the selection, or the caret's line, and select them whole.
     void shiftLines(bool outdent);
     // The sub-window shows the caption with the modified mark.
@@ -66,3 +72,7 @@ private:
 
     Frame& frame_;
 };
+
+// What the tools depend on that the documents know: whether there are any, the active one's undo history
+// and selection, and whether the token last clicked has a colour.
+ToolState documentToolState(const Editors& editors);

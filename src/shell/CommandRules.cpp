@@ -1,5 +1,6 @@
 #include "shell/CommandRules.h"
 
+#include "core/ToolIds.h"
 #include "core/Version.h"
 #include "platform/Paths.h"
 
@@ -32,18 +33,18 @@ const QString kMelabsSite = QStringLiteral("http://www.melabs.com");
 }  // namespace
 
 QString webLinkFor(const QString& toolId) {
-    if (toolId == QLatin1String("ID_Update"))
+    if (toolId == QLatin1String(ToolId::Update))
         return kMakerSite + QStringLiteral("/check4update.aspx?app=Tarnlet&ver=") + versionDigits();
-    if (toolId == QLatin1String("ID_OrderOnline") || toolId == QLatin1String("ID_QuillbayHomePage"))
+    if (toolId == QLatin1String(ToolId::OrderOnline) || toolId == QLatin1String(ToolId::QuillbayHomePage))
         return kMakerSite + QStringLiteral("/Category.aspx?CategoryID=2");
-    if (toolId == QLatin1String("ID_ProductUpdates"))
+    if (toolId == QLatin1String(ToolId::ProductUpdates))
         return kMakerSite + QStringLiteral("/ViewPage.aspx?ContentCode=TARNLETVersionInfo");
-    if (toolId == QLatin1String("ID_BugReport"))
+    if (toolId == QLatin1String(ToolId::BugReport))
         return QStringLiteral("mailto:") + kSupportAddress + QStringLiteral("?subject=[Tarnlet] Version: ") +
                versionDigits();
-    if (toolId == QLatin1String("ID_VelnorSystemsHomePage"))
+    if (toolId == QLatin1String(ToolId::VelnorSystemsHomePage))
         return kMakerSite;
-    if (toolId == QLatin1String("ID_melabs"))
+    if (toolId == QLatin1String(ToolId::melabs))
         return kMelabsSite;
     return {};
 }

@@ -11,9 +11,11 @@
 #include "platform/Twips.h"
 #include "core/Convert.h"
 #include "core/Globals.h"
+#include "core/ToolIds.h"
 #include "shell/Placement.h"
 #include "core/Settings.h"
 #include "devices/DeviceCatalogue.h"
+#include "shell/EditorRegistry.h"
 #include "shell/EnableTools.h"
 #include "shell/RecentFiles.h"
 #include "shell/WindowList.h"
@@ -75,7 +77,12 @@ MDIMain::MDIMain(QString commandLine, QWidget* parent)
     picStatus = new StatusPicture(central);
     layout->addWidget(picStatus, 0);
     setCentralWidget(central);
-    connect(mdi_, &QMdiArea::subWindowActivated, this, &MDIMain::onSubWindowActivated);
+    editors_ = std::make_unique<EditorRegistry>(*this, *mdi_);
+    connect(editors_.get(), &Editors::opened, this, &MDIMain::Editors_Opened);
+    connect(editors_.get(), &Editors::closed, this, &MDIMain::Editors_Closed);
+    connect(editors_.get(), &Editors::pathChanged, this, &MDIMain::Editors_PathChanged);
+    // The paste tool follows the clipboard, also a copy made in another program.
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] { EnableTools(); });
     SSActiveToolBars1.attach(*this);
     connect(&SSActiveToolBars1, &SSActiveToolBars::ToolClick, this, &MDIMain::SSActiveToolBars1_ToolClick);
     connect(&SSActiveToolBars1, &SSActiveToolBars::ComboCloseUp, this, &MDIMain::SSActiveToolBars1_ComboCloseUp);
@@ -111,10 +118,9 @@ void MDIMain::ShowError(const Failure& f) {
         p->message(errorBoxText(f), QStringLiteral("File Error"), Icon::None, Buttons::Ok);
 }
 
-frmEditor* MDIMain::activeDocument() const {
-    QMdiSubWindow* sub = mdi_ ? mdi_->currentSubWindow() : nullptr;
-    return sub ? qobject_cast<frmEditor*>(sub->widget()) : nullptr;
-}
+frmEditor* MDIMain::activeDocument() const { return mdi_ ? editors_->active() : nullptr; }
+
+Editors& MDIMain::editors() { return *editors_; }
 
 void MDIMain::showEvent(QShowEvent* e) {
     QMainWindow::showEvent(e);
@@ -157,30 +163,20 @@ void MDIMain::MDIForm_Load() {
     skipOnFailure([&] { GetDevices(); });
     skipOnFailure([&] { setDeviceListIndex(int16Of(setting(Key::DefaultDevice))); });
     skipOnFailure([&] { GetDeviceData(false); });
-    ++miDocCount_;
-    skipOnFailure([&] { EnableTools(true); });
     // The command line is taken whole: no trimming, no quotes removed.
     const QString path = commandLine_.isEmpty() ? setting(Key::LastFile) : commandLine_;
     createCountedDocument(path, true);
-    skipOnFailure([&] {
-        if (frmEditor* doc = activeDocument())
-            AddWindowEntry(doc->Caption());
-    });
     // What a crash left unsaved is offered last, over the documents of a normal start.
     skipOnFailure([&] { recoverDocuments([this](const QString& path) { return openRecovered(path); }); });
 }
 
 frmEditor* MDIMain::openRecovered(const QString& path) {
     // The start-up document when it is that file unchanged, else a new window.
-    for (QMdiSubWindow* s : mdi_->subWindowList())
-        if (auto* d = qobject_cast<frmEditor*>(s->widget());
-            d && d->Caption() == path && !d->View->document().Modified())
+    for (frmEditor* d : editors_->all())
+        if (d->Caption() == path && !d->View->document().Modified())
             return d;
-    ++miDocCount_;
-    skipOnFailure([&] { EnableTools(true); });
     if (!createCountedDocument(path, true))
         return nullptr;
-    skipOnFailure([&] { AddWindowEntry(activeDocument()->Caption()); });
     return activeDocument();
 }
 
@@ -218,35 +214,34 @@ bool MDIMain::createCountedDocument(const QString& path, bool missingIsEmpty) {
         return true;
     } catch (const Failure& f) {
         // The window is gone again, and so is the count it took; the tools and the label follow.
-        --miDocCount_;
-        if (miDocCount_ == 0)
-            skipOnFailure([&] { EnableTools(false); });
-        skipOnFailure([&] { setOpenDocsCaption(QStringLiteral("Files: ") + QString::number(miDocCount_)); });
+        skipOnFailure([&] { EnableTools(); });
+        skipOnFailure([&] { showDocumentCount(); });
         ShowError(f);
         return false;
     }
 }
 
-frmEditor* MDIMain::createDocument(const QString& rawPath, bool missingIsEmpty) {
-    const QString path = absolutePath(rawPath);
-    auto* doc = new frmEditor(*this);
-    try {
-        doc->View->document().LoadFile(path);
-    } catch (const Failure& f) {
-        if (f.number != ENOENT || !missingIsEmpty) {
-            delete doc;
-            throw;
-        }
-    }
-    doc->View->document().setPathName(path);
-    doc->setCaption(path);
-    // After the load: loading is no edit to keep.
-    attachRecovery(*doc);
-    QMdiSubWindow* sub = mdi_->addSubWindow(doc);
-    sub->setAttribute(Qt::WA_DeleteOnClose);
-    sub->showMaximized();
-    mdi_->setActiveSubWindow(sub);
-    return doc;
+frmEditor* MDIMain::createDocument(const QString& path, bool missingIsEmpty) {
+    return &editors_->open(absolutePath(path), missingIsEmpty);
+}
+
+void MDIMain::Editors_Opened(frmEditor* doc) {
+    skipOnFailure([&] { AddWindowEntry(doc->Caption()); });
+}
+
+// The close steps of a document that the frame keeps: the tools, the files label, the Window menu.
+void MDIMain::Editors_Closed(frmEditor* doc) {
+    skipOnFailure([&] { EnableTools(); });
+    skipOnFailure([&] { showDocumentCount(); });
+    skipOnFailure([&] { ::removeWindowEntry(SSActiveToolBars1, doc->Tag); });
+}
+
+// Save As: the entry moves to the end of the Window menu under the new title.
+void MDIMain::Editors_PathChanged(frmEditor* doc, const QString& oldTitle) {
+    if (doc->Caption() == oldTitle)
+        return;
+    skipOnFailure([&] { ::removeWindowEntry(SSActiveToolBars1, oldTitle); });
+    skipOnFailure([&] { AddWindowEntry(doc->Caption()); });
 }
 
 void MDIMain::moveEvent(QMoveEvent* e) {
@@ -261,13 +256,6 @@ void MDIMain::moveEvent(QMoveEvent* e) {
     const QSize outer = *pendingOuter_;
     pendingOuter_.reset();
     resize(std::max(1, outer.width() - extra.width()), std::max(1, outer.height() - extra.height()));
-}
-
-void MDIMain::onSubWindowActivated(QMdiSubWindow* sub) {
-    if (!sub)
-        return;
-    if (auto* doc = qobject_cast<frmEditor*>(sub->widget()))
-        doc->Form_Activate();
 }
 
 void MDIMain::closeEvent(QCloseEvent* e) {
@@ -307,21 +295,24 @@ void MDIMain::MDIForm_Unload() {
         skipOnFailure([&] { w->close(); });
 }
 
-void MDIMain::EnableTools(bool enabled) {
-    std::optional<UndoState> undo;
-    if (frmEditor* doc = activeDocument())
-        undo = UndoState{doc->View->document().CanUndo(), doc->View->document().CanRedo()};
-    ::EnableTools(SSActiveToolBars1, enabled, undo);
+void MDIMain::EnableTools() {
+    if (!editors_)
+        return;
+    ToolState state = documentToolState(*editors_);
+    state.clipboardText = clipboardHasText();
+    // Runs on every caret move: the tools are written only when something they follow changed.
+    if (toolState_ == state)
+        return;
+    toolState_ = state;
+    ::EnableTools(SSActiveToolBars1, state);
 }
 
-void MDIMain::setToolEnabled(const QString& id, bool enabled) { SSActiveToolBars1.Tools().Item(id).setEnabled(enabled); }
-
-void MDIMain::refreshPasteTool() {
+bool MDIMain::clipboardHasText() const {
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-    setToolEnabled(QStringLiteral("ID_PASTE"), data && data->hasText());
+    return data && data->hasText();
 }
 
-DeviceCombo& MDIMain::deviceCombo() { return SSActiveToolBars1.Tools().Item(QStringLiteral("ID_Device")).ComboBox(); }
+DeviceCombo& MDIMain::deviceCombo() { return SSActiveToolBars1.Tools().Item(QLatin1String(ToolId::Device)).ComboBox(); }
 
 void MDIMain::GetDevices() { ::GetDevices(deviceCombo()); }
 
@@ -343,17 +334,13 @@ void MDIMain::setDeviceListIndex(int index) {
 }
 
 void MDIMain::AddWindowEntry(const QString& title) {
-    ::AddWindowEntry(SSActiveToolBars1, title, miDocCount_, [this](const QString& t) {
+    ::AddWindowEntry(SSActiveToolBars1, title, miDocCount(), [this](const QString& t) {
         if (frmEditor* doc = activeDocument())
             doc->Tag = t;
     });
 }
 
-void MDIMain::removeWindowEntry(const QString& id) { ::removeWindowEntry(SSActiveToolBars1, id); }
-
-void MDIMain::setOpenDocsCaption(const QString& caption) {
-    SSActiveToolBars1.Bands(QStringLiteral("Standard")).Tools().Item(QStringLiteral("ID_OpenDocs")).setCaption(caption);
-}
+void MDIMain::showDocumentCount() { setOpenDocsCaption(SSActiveToolBars1, miDocCount()); }
 
 void MDIMain::setPanelText(int panel, const QString& text) {
     if (m_cSBar)

@@ -2,6 +2,7 @@
 // The frame: one main window holding the document windows, the tools and the status bar.
 
 #include "core/Frame.h"
+#include "core/ToolState.h"
 #include "platform/OpenSave.h"
 #include "shell/Arrange.h"
 #include "shell/ToolBars.h"
@@ -21,6 +22,7 @@ class cNoStatusBar;
 class StatusPicture;
 class QMdiSubWindow;
 class frmEditor;
+class EditorRegistry;
 struct Failure;
 
 class MDIMain : public QMainWindow, public Frame {
@@ -37,20 +39,15 @@ public:
 
     // The frame as the other parts know it.
     void ShowError(const Failure& f) override;
-    void EnableTools(bool enabled) override;
-    void setToolEnabled(const QString& id, bool enabled) override;
-    void refreshPasteTool() override;
+    void EnableTools() override;
     void setPanelText(int panel, const QString& text) override;
-    qint16 miDocCount() const override { return miDocCount_; }
-    void setMiDocCount(qint16 count) override { miDocCount_ = count; }
+    Editors& editors() override;
     DeviceCombo& deviceCombo() override;
     int deviceListIndex() override;
     void setDeviceListIndex(int index) override;
     void GetDevices() override;
     void GetDeviceData(bool reloadWords) override;
     OpenSave& openSave() override { return openSave_; }
-    void removeWindowEntry(const QString& id) override;
-    void setOpenDocsCaption(const QString& caption) override;
     void setPBPVersion(const QString& text) override;
     void showGotoLine() override;
     void popupMenu(const QString& menuId) override;
@@ -65,12 +62,14 @@ public:
     QMdiArea* mdiArea() const { return mdi_; }
     // The frame's active child, or null with no document.
     frmEditor* activeDocument() const;
+    EditorRegistry& registry() { return *editors_; }
     bool loaded() const { return loaded_; }
     // The about box's compiler banner; empty while the box isn't loaded.
     QString PBPVersion() const;
 
-    // Creates a document window for a path and shows it. With missingIsEmpty a path that doesn't exist
-    // gives an empty document; any other load failure removes the window again and is thrown.
+    // Creates a document window for a path (taken against the working directory) and shows it. With
+    // missingIsEmpty a path that doesn't exist gives an empty document; any other load failure removes
+    // the window again and is thrown.
     frmEditor* createDocument(const QString& path, bool missingIsEmpty = true);
 
     // Every click on a tool, from a menu or the toolbar, and a menu opening.
@@ -93,18 +92,23 @@ private:
     void picStatus_Resize();
     void MDIForm_Unload();
     void placeFrame();
-    void onSubWindowActivated(QMdiSubWindow* sub);
+    // The Window menu and the files label follow the registry.
+    void Editors_Opened(frmEditor* doc);
+    void Editors_Closed(frmEditor* doc);
+    void Editors_PathChanged(frmEditor* doc, const QString& oldTitle);
+    void showDocumentCount();
+    bool clipboardHasText() const;
 
     // Commands; false when the command ended early.
     using Command = std::function<bool(MDIMain&)>;
     static const QHash<QString, Command>& commands();
     bool runCommand(Tool& tool);
     frmEditor& active() const;
-    QStringList loadedTitles(int from) const;
-    bool alreadyOpen(const QString& path, bool raisedCount);
+    QStringList documentTitles() const;
+    bool alreadyOpen(const QString& path);
     bool newDocument();
-    // Creates a document whose count the caller raised. A refused creation lowers the count again, puts
-    // the tools out when no document is left, and reports the refusal once: false then.
+    // Creates a document. A refused creation leaves the count as it was, puts the tools out when no
+    // document is left, rewrites the files label and reports the refusal once: false then.
     bool createCountedDocument(const QString& path, bool missingIsEmpty);
     // A window for a document recovered after a crash; null when none could be made.
     frmEditor* openRecovered(const QString& path);
@@ -113,10 +117,7 @@ private:
     bool saveAs();
     void arrange(ArrangeMode mode);
     void OpenWebLink(const QString& link);
-    void refreshUndoTools();
-    void refreshSelectionTools();
 
-    qint16 miDocCount_ = 0;
     SSActiveToolBars SSActiveToolBars1;
     std::unique_ptr<cNoStatusBar> m_cSBar;
     StatusPicture* picStatus = nullptr;
@@ -127,4 +128,7 @@ private:
     bool unloaded_ = false;
     // The stored outer size, until the window manager's frame is known and the client can be fitted.
     std::optional<QSize> pendingOuter_;
+    std::unique_ptr<EditorRegistry> editors_;
+    // The state the tools were last set from: an unchanged state writes nothing.
+    std::optional<ToolState> toolState_;
 };

@@ -12,8 +12,10 @@
 #include "platform/Launcher.h"
 #include "platform/Prompts.h"
 #include "shell/Arrange.h"
+#include "shell/EditorRegistry.h"
 #include "shell/CommandRules.h"
 #include "core/Globals.h"
+#include "core/ToolIds.h"
 #include "shell/MDIMain.h"
 #include "shell/RecentFiles.h"
 #include "core/Settings.h"
@@ -49,33 +51,19 @@ frmEditor& MDIMain::active() const {
     return *doc;
 }
 
-QStringList MDIMain::loadedTitles(int from) const {
+QStringList MDIMain::documentTitles() const {
     QStringList titles;
-    const auto& windows = globals().loadedWindows;
-    for (size_t i = size_t(std::max(0, from)); i < windows.size(); ++i)
-        titles << windows[i]->windowTitle();
+    for (const frmEditor* doc : editors_->all())
+        titles << doc->Caption();
     return titles;
 }
 
-bool MDIMain::alreadyOpen(const QString& path, bool raisedCount) {
-    if (!isAlreadyOpen(loadedTitles(1), path))
+// The same file under another spelling, or a title that differs in letter case only.
+bool MDIMain::alreadyOpen(const QString& path) {
+    if (!editors_->find(path) && !isAlreadyOpen(documentTitles(), path))
         return false;
     message(QStringLiteral("File Already Open!"), Icon::Exclamation);
-    if (raisedCount)
-        --miDocCount_;
     return true;
-}
-
-void MDIMain::refreshUndoTools() {
-    Document& doc = active().View->document();
-    setToolEnabled(QStringLiteral("ID_REDO"), doc.CanRedo());
-    setToolEnabled(QStringLiteral("ID_UNDO"), doc.CanUndo());
-}
-
-void MDIMain::refreshSelectionTools() {
-    const bool selected = active().View->TextSelected();
-    setToolEnabled(QStringLiteral("ID_CUT"), selected);
-    setToolEnabled(QStringLiteral("ID_COPY"), selected);
 }
 
 void MDIMain::SSActiveToolBars1_ToolClick(Tool& tool) {
@@ -83,17 +71,9 @@ void MDIMain::SSActiveToolBars1_ToolClick(Tool& tool) {
     try {
         if (!runCommand(tool))
             return;
-        // A document entry of the Window menu has the document's path as its id.
-        if (id.contains(QLatin1Char('.'))) {
-            for (QWidget* w : std::vector<QWidget*>(globals().loadedWindows)) {
-                if (w->windowTitle() != id)
-                    continue;
-                if (auto* doc = qobject_cast<frmEditor*>(w); doc && doc->subWindow())
-                    mdi_->setActiveSubWindow(doc->subWindow());
-                else
-                    w->activateWindow();
-            }
-        }
+        // A document entry of the Window menu has the document's title as its id.
+        if (frmEditor* doc = editors_->titled(id); doc && doc->subWindow())
+            mdi_->setActiveSubWindow(doc->subWindow());
     } catch (const Failure& f) {
         if (f.number != kCancelError)
             ShowError(f);
@@ -102,7 +82,7 @@ void MDIMain::SSActiveToolBars1_ToolClick(Tool& tool) {
 
 void MDIMain::SSActiveToolBars1_ComboCloseUp(Tool& tool) {
     skipOnFailure([&] {
-        if (tool.ID() == QLatin1String("ID_Device"))
+        if (tool.ID() == QLatin1String(ToolId::Device))
             GetDeviceData(true);
     });
 }
@@ -130,7 +110,7 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
     };
     auto colorTool = [](const char* id) {
         return [id](M& f) {
-            colorCommand(f, QString::fromLatin1(id));
+            colorCommand(f, QLatin1String(id));
             return true;
         };
     };
@@ -141,13 +121,13 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
         };
     };
     static const QHash<QString, Command> table = {
-        {"ID_New", &M::newDocument},
-        {"ID_Open", &M::openDocument},
-        {"ID_File1", [](M& f) { return f.openRecentFile(1); }},
-        {"ID_File2", [](M& f) { return f.openRecentFile(2); }},
-        {"ID_File3", [](M& f) { return f.openRecentFile(3); }},
-        {"ID_File4", [](M& f) { return f.openRecentFile(4); }},
-        {"ID_Close",
+        {ToolId::New, &M::newDocument},
+        {ToolId::Open, &M::openDocument},
+        {ToolId::File1, [](M& f) { return f.openRecentFile(1); }},
+        {ToolId::File2, [](M& f) { return f.openRecentFile(2); }},
+        {ToolId::File3, [](M& f) { return f.openRecentFile(3); }},
+        {ToolId::File4, [](M& f) { return f.openRecentFile(4); }},
+        {ToolId::Close,
          [](M& f) {
              frmEditor& doc = f.active();
              // The window's own close asks again; a document saved at the first question isn't asked twice.
@@ -155,86 +135,87 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
                  doc.subWindow()->close();
              return true;
          }},
-        {"ID_Save",
+        {ToolId::Save,
          [](M& f) {
              Document& doc = f.active().View->document();
              doc.SaveFile(doc.PathName());
              return true;
          }},
-        {"ID_SaveAs", &M::saveAs},
-        {"ID_Print", onView(&SourceView::PrintText)},
-        {"ID_Exit",
+        {ToolId::SaveAs, &M::saveAs},
+        {ToolId::Print, onView(&SourceView::PrintText)},
+        {ToolId::Exit,
          [](M& f) {
              f.close();
              return true;
          }},
-        {"ID_Undo",
+        {ToolId::Undo,
          [](M& f) {
              f.active().View->document().Undo();
-             f.refreshUndoTools();
+             f.EnableTools();
              return true;
          }},
-        {"ID_Redo",
+        {ToolId::Redo,
          [](M& f) {
              f.active().View->document().Redo();
-             f.refreshUndoTools();
+             f.EnableTools();
              return true;
          }},
-        {"ID_Cut",
+        {ToolId::Cut,
          [](M& f) {
              f.active().View->Cut();
-             f.refreshPasteTool();
+             f.EnableTools();
              return true;
          }},
-        {"ID_Copy",
+        {ToolId::Copy,
          [](M& f) {
              f.active().View->Copy();
-             f.refreshPasteTool();
+             f.EnableTools();
              return true;
          }},
-        {"ID_Paste",
+        {ToolId::Paste,
          [](M& f) {
              f.active().View->Paste();
-             f.refreshUndoTools();
+             f.EnableTools();
              return true;
          }},
-        {"ID_SelectAll",
+        {ToolId::SelectAll,
          [](M& f) {
              SourceView& v = *f.active().View;
              const int last = v.document().NumLines() - 1;
              v.SetSel(0, 0, v.document().GetLineLength(last), last);
-             f.refreshSelectionTools();
+             f.EnableTools();
              return true;
          }},
-        {"ID_SelectLine",
+        {ToolId::SelectLine,
          [](M& f) {
              SourceView& v = *f.active().View;
              const int y = v.CaretY();
              v.SetSel(0, y, v.document().GetLineLength(y), y);
-             f.refreshSelectionTools();
+             f.EnableTools();
              return true;
          }},
-        {"ID_SelectWord", onView(&SourceView::SelectWord)},
-        {"ID_Find", onView(&SourceView::Find)},
-        {"ID_FindNext", onView(&SourceView::FindNext)},
-        {"ID_Replace", onView(&SourceView::Replace)},
-        {"ID_GotoLine", editCommand(EditCommand::GotoLine)},
-        {"ID_Indent", editCommand(EditCommand::Indent)},
-        {"ID_Outdent", editCommand(EditCommand::Outdent)},
-        {"ID_NoMargin", margin(MarginStyle::None)},
-        {"ID_FixedMargin", margin(MarginStyle::Fixed)},
-        {"ID_ScrollingMargin", margin(MarginStyle::Scrolling)},
-        {"ID_SelectionTextForegroundColor", colorTool("ID_SelectionTextForegroundColor")},
-        {"ID_SelectionTextBackgroundColor", colorTool("ID_SelectionTextBackgroundColor")},
-        {"ID_BackgroundColor", colorTool("ID_BackgroundColor")},
-        {"ID_TokenColor", colorTool("ID_TokenColor")},
-        {"ID_Edit",
+        {ToolId::SelectWord, onView(&SourceView::SelectWord)},
+        {ToolId::Find, onView(&SourceView::Find)},
+        {ToolId::FindNext, onView(&SourceView::FindNext)},
+        {ToolId::Replace, onView(&SourceView::Replace)},
+        {ToolId::GotoLine, editCommand(EditCommand::GotoLine)},
+        {ToolId::Indent, editCommand(EditCommand::Indent)},
+        {ToolId::Outdent, editCommand(EditCommand::Outdent)},
+        {ToolId::NoMargin, margin(MarginStyle::None)},
+        {ToolId::FixedMargin, margin(MarginStyle::Fixed)},
+        {ToolId::ScrollingMargin, margin(MarginStyle::Scrolling)},
+        {ToolId::SelectionTextForegroundColor, colorTool(ToolId::SelectionTextForegroundColor)},
+        {ToolId::SelectionTextBackgroundColor, colorTool(ToolId::SelectionTextBackgroundColor)},
+        {ToolId::BackgroundColor, colorTool(ToolId::BackgroundColor)},
+        {ToolId::TokenColor, colorTool(ToolId::TokenColor)},
+        {ToolId::Edit,
          [](M& f) {
-             if (globals().ClickedTokenClass == 0)
-                 f.setToolEnabled(QStringLiteral("ID_TokenColor"), false);
+             // The menu opening shows the tools as they are now, the token colour among them.
+             f.toolState_.reset();
+             f.EnableTools();
              return true;
          }},
-        {"ID_Compile",
+        {ToolId::Compile,
          [](M& f) {
              frmEditor& doc = f.active();
              // The compiler sees what is on the screen; a failed save starts no compile.
@@ -242,36 +223,36 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
              GoCompile(doc);
              return true;
          }},
-        {"ID_CompilerOptions",
+        {ToolId::CompilerOptions,
          [](M& f) {
              frmCompile dlg(f);
              f.runModal(dlg);
              f.update();
              return true;
          }},
-        {"ID_Epic",
+        {ToolId::Epic,
          [](M& f) {
              // Nothing is saved first: the programmer takes the hex file of the last compile.
              GoProgram(f.active());
              return true;
          }},
-        {"ID_ProgrammerOptions",
+        {ToolId::ProgrammerOptions,
          [](M& f) {
              frmProgrammer dlg(f);
              f.runModal(dlg);
              f.update();
              return true;
          }},
-        {"ID_About",
+        {ToolId::About,
          [](M& f) {
              // OK unloads the box; it isn't touched afterwards.
              f.runModal(MyAbout::instance(&f));
              return true;
          }},
-        {"ID_TileH", arrangeBy(ArrangeMode::TileHorizontal)},
-        {"ID_TileV", arrangeBy(ArrangeMode::TileVertical)},
-        {"ID_Cascade", arrangeBy(ArrangeMode::Cascade)},
-        {"ID_Arrange", arrangeBy(ArrangeMode::Icons)},
+        {ToolId::TileH, arrangeBy(ArrangeMode::TileHorizontal)},
+        {ToolId::TileV, arrangeBy(ArrangeMode::TileVertical)},
+        {ToolId::Cascade, arrangeBy(ArrangeMode::Cascade)},
+        {ToolId::Arrange, arrangeBy(ArrangeMode::Icons)},
     };
     return table;
 }
@@ -287,15 +268,11 @@ bool MDIMain::runCommand(Tool& tool) {
 }
 
 bool MDIMain::newDocument() {
-    ++miDocCount_;
-    // From here on a failing step is passed over.
-    skipOnFailure([&] { EnableTools(true); });
     const QString dir = setting(Key::SourceCodePath);
-    const QString path = untitledPath(dir, untitledNumber(loadedTitles(0), dir));
-    if (alreadyOpen(path, true))
+    const QString path = untitledPath(dir, untitledNumber(documentTitles(), dir));
+    if (alreadyOpen(path))
         return false;
-    if (createCountedDocument(path, true))
-        skipOnFailure([&] { AddWindowEntry(active().Caption()); });
+    createCountedDocument(path, true);
     return true;
 }
 
@@ -308,27 +285,19 @@ bool MDIMain::openDocument() {
         message(QStringLiteral("File Not Found: ") + path);
         return false;
     }
-    ++miDocCount_;
-    EnableTools(true);
-    if (alreadyOpen(path, true))
+    if (alreadyOpen(path))
         return false;
     if (!createCountedDocument(path, false))
         return false;
-    AddWindowEntry(active().Caption());
     enterRecentFile(SSActiveToolBars1, active().View->document().PathName());
     return true;
 }
 
 bool MDIMain::openRecentFile(int entry) {
-    ++miDocCount_;
-    EnableTools(true);
     const QString path = recentFilePath(SSActiveToolBars1, entry);
-    if (alreadyOpen(path, true))
+    if (alreadyOpen(path))
         return false;
-    if (!createCountedDocument(path, false))
-        return false;
-    AddWindowEntry(active().Caption());
-    return true;
+    return createCountedDocument(path, false);
 }
 
 bool MDIMain::saveAs() {
@@ -339,13 +308,11 @@ bool MDIMain::saveAs() {
         return false;
     const QString name = openSave_.FileName;
     // The document itself takes part: Save is the way to save under its own name.
-    if (alreadyOpen(name, false))
+    if (alreadyOpen(name))
         return false;
     doc.View->document().SaveFile(name);
-    doc.View->document().setPathName(name);
-    removeWindowEntry(doc.Caption());
-    doc.setCaption(doc.View->document().PathName());
-    AddWindowEntry(doc.Caption());
+    // The Window menu moves the entry to the end under the new title.
+    doc.setPath(name, true);
     return true;
 }
 

@@ -1,10 +1,14 @@
 #include "shell/RecentFiles.h"
 
 #include "core/Settings.h"
+#include "core/ToolIds.h"
 #include "shell/ToolModel.h"
 
 Tool& recentFileEntry(ToolModel& tools, int entry) {
-    return tools.Tools().Item(QStringLiteral("ID_File")).Menu().Tools().Item(QStringLiteral("ID_File%1").arg(entry));
+    static constexpr const char* kEntries[] = {ToolId::File1, ToolId::File2, ToolId::File3, ToolId::File4};
+    // Any other entry is a tool the menu doesn't hold.
+    const char* id = entry >= 1 && entry <= 4 ? kEntries[entry - 1] : "";
+    return tools.Tools().Item(QLatin1String(ToolId::File)).Menu().Tools().Item(QLatin1String(id));
 }
 
 void loadRecentFiles(ToolModel& tools) {

@@ -1,11 +1,12 @@
 #include "shell/WindowList.h"
 
+#include "core/ToolIds.h"
 #include "platform/Failure.h"
 #include "shell/ToolModel.h"
 
 namespace {
 
-ToolList& windowMenu(ToolModel& tools) { return tools.Tools().Item(QStringLiteral("ID_Window")).Menu().Tools(); }
+ToolList& windowMenu(ToolModel& tools) { return tools.Tools().Item(QLatin1String(ToolId::Window)).Menu().Tools(); }
 
 }  // namespace
 
@@ -27,6 +28,6 @@ void AddWindowEntry(ToolModel& tools, const QString& title, int docCount,
 void removeWindowEntry(ToolModel& tools, const QString& id) { windowMenu(tools).Remove(id); }
 
 void setOpenDocsCaption(ToolModel& tools, int docCount) {
-    tools.Bands(QStringLiteral("Standard")).Tools().Item(QStringLiteral("ID_OpenDocs"))
+    tools.Bands(QLatin1String(kStandardBand)).Tools().Item(QLatin1String(ToolId::OpenDocs))
         .setCaption(QStringLiteral("Files: ") + QString::number(docCount));
 }

@@ -30,7 +30,11 @@ qint32 fore(const TokenInfo& t, int cls) {
 struct Colors : ::testing::Test {
     TestWorld world;
     FakeFrame frame;
-    std::unique_ptr<frmEditor> open() { return std::make_unique<frmEditor>(frame); }
+    std::unique_ptr<frmEditor> open() {
+        auto doc = std::make_unique<frmEditor>(frame);
+        frame.docs.add(*doc);
+        return doc;
+    }
     // Through the window's own close, as the frame does.
     static void close(std::unique_ptr<frmEditor>& doc) {
         ASSERT_TRUE(doc->close());

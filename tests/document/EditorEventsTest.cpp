@@ -31,6 +31,7 @@ struct EditorEvents : ::testing::Test {
     SourceView& view = *doc.View;
 
     EditorEvents() {
+        frame.docs.add(doc);
         doc.resize(800, 600);
         doc.show();
         QApplication::processEvents();

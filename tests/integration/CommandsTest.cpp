@@ -26,7 +26,6 @@ TEST(Commands, NewNumbersInOnePassAndEntersTheWindowMenu) {
         if (s->widget()->windowTitle() != names[0])
             s->close();
     for (const QString& name : {dir + "/UNTITLED2.pbp", names[1]}) {
-        t.f->setMiDocCount(t.f->miDocCount() + 1);
         t.f->createDocument(name);
     }
     t.click("ID_New");

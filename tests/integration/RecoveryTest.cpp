@@ -31,7 +31,6 @@ TEST(RecoveryChild, DISABLED_TypesIntoTwoDocumentsAndWaitsToBeKilled) {
     t.start(dir + "/blink.pbp");
     t.type("HIGH PORTB.0\n");
     frmEditor* a = t.doc();
-    t.f->setMiDocCount(t.f->miDocCount() + 1);
     t.f->createDocument(dir + "/fresh.pbp");
     t.type("' never saved\nLOW 1");
     for (frmEditor* d : {a, t.doc()}) {

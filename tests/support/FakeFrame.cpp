@@ -1,6 +1,9 @@
 #include "support/FakeFrame.h"
 
 #include "core/Globals.h"
+#include "document/Document.h"
+#include "document/SourceView.h"
+#include "document/frmEditor.h"
 #include "platform/Failure.h"
 #include "platform/Prompts.h"
 
@@ -27,3 +30,40 @@ int FakeFrame::runModal(QDialog& dlg) {
     modals << dlg.windowTitle();
     return QDialog::Rejected;
 }
+
+void FakeFrame::EnableTools() {
+    ToolState state = documentToolState(docs);
+    state.clipboardText = true;
+    for (const auto& [id, enabled] : toolStates(state))
+        tools[QString::fromLatin1(id).toUpper()] = enabled;
+}
+
+void FakeEditors::add(frmEditor& doc) {
+    docs_.append(&doc);
+    frmEditor* d = &doc;
+    connect(d, &frmEditor::unloading, this, [this, d] {
+        if (docs_.removeOne(d))
+            emit closed(d);
+    });
+    connect(d, &QObject::destroyed, this, [this, d] {
+        docs_.removeOne(d);
+        if (chosen == d)
+            chosen = nullptr;
+    });
+}
+
+frmEditor* FakeEditors::find(const QString& path) const {
+    for (frmEditor* d : docs_)
+        if (d->View->document().PathName() == path)
+            return d;
+    return nullptr;
+}
+
+frmEditor* FakeEditors::titled(const QString& title) const {
+    for (frmEditor* d : docs_)
+        if (d->Caption() == title)
+            return d;
+    return nullptr;
+}
+
+frmEditor* FakeEditors::active() const { return chosen ? chosen : docs_.isEmpty() ? nullptr : docs_.last(); }

@@ -1,6 +1,7 @@
 #pragma once
 // A frame without menus, toolbar or document area, for the windows that only need the frame's interface.
 
+#include "core/Editors.h"
 #include "core/Frame.h"
 #include "platform/OpenSave.h"
 #include "support/FakeDeviceCombo.h"
@@ -9,6 +10,22 @@
 #include <QStringList>
 #include <QWidget>
 #include <array>
+
+// The documents a test put in, in that order; the active one is the last unless one is chosen.
+class FakeEditors : public Editors {
+public:
+    // Counted until it closes or is destroyed.
+    void add(frmEditor& doc);
+    frmEditor* chosen = nullptr;
+
+    frmEditor* find(const QString& path) const override;
+    frmEditor* titled(const QString& title) const override;
+    frmEditor* active() const override;
+    QList<frmEditor*> all() const override { return docs_; }
+
+private:
+    QList<frmEditor*> docs_;
+};
 
 class FakeFrame : public Frame {
 public:
@@ -20,25 +37,21 @@ public:
     OpenSave dialog;
     std::array<QString, 4> panels;  // 1..3
     QMap<QString, bool> tools;      // last enabled state by upper-case id
-    qint16 docCount = 0;
+    FakeEditors docs;
     QStringList modals;             // titles of dialogs shown modally, each rejected
     QStringList popups;             // menu ids opened as context menus
 
     void ShowError(const Failure& f) override;
-    void EnableTools(bool) override {}
-    void setToolEnabled(const QString& id, bool enabled) override { tools[id.toUpper()] = enabled; }
-    void refreshPasteTool() override { tools[QStringLiteral("ID_PASTE")] = true; }
+    // As the frame works them out, with text on the clipboard.
+    void EnableTools() override;
     void setPanelText(int panel, const QString& text) override { panels.at(panel) = text; }
-    qint16 miDocCount() const override { return docCount; }
-    void setMiDocCount(qint16 count) override { docCount = count; }
+    Editors& editors() override { return docs; }
     DeviceCombo& deviceCombo() override { return combo; }
     int deviceListIndex() override { return combo.ListIndex(); }
     void setDeviceListIndex(int index) override;
     void GetDevices() override {}
     void GetDeviceData(bool) override {}
     OpenSave& openSave() override { return dialog; }
-    void removeWindowEntry(const QString&) override {}
-    void setOpenDocsCaption(const QString&) override {}
     void setPBPVersion(const QString&) override {}
     void popupMenu(const QString& menuId) override { popups << menuId; }
     void showGotoLine() override { modals << QStringLiteral("Goto Line"); }

@@ -1,0 +1,70 @@
+#pragma once
+// Every tool's id, once. Code names a tool by these constants; only ids that come from outside (a
+// Window menu entry, a stored text) are looked up as text, and lookups ignore letter case.
+
+namespace ToolId {
+inline constexpr char File[] = "ID_File";
+inline constexpr char Edit[] = "ID_Edit";
+inline constexpr char CMenu[] = "ID_CMenu";
+inline constexpr char Programmer[] = "ID_Programmer";
+inline constexpr char Options[] = "ID_Options";
+inline constexpr char Window[] = "ID_Window";
+inline constexpr char Help[] = "ID_Help";
+inline constexpr char SelectionColor[] = "ID_SelectionColor";
+inline constexpr char VelnorSystemsontheWeb[] = "ID_VelnorSystemsontheWeb";
+inline constexpr char New[] = "ID_New";
+inline constexpr char Open[] = "ID_Open";
+inline constexpr char Close[] = "ID_Close";
+inline constexpr char Save[] = "ID_Save";
+inline constexpr char SaveAs[] = "ID_SaveAs";
+inline constexpr char Print[] = "ID_Print";
+inline constexpr char File1[] = "ID_File1";
+inline constexpr char File2[] = "ID_File2";
+inline constexpr char File3[] = "ID_File3";
+inline constexpr char File4[] = "ID_File4";
+inline constexpr char Exit[] = "ID_Exit";
+inline constexpr char Undo[] = "ID_Undo";
+inline constexpr char Redo[] = "ID_Redo";
+inline constexpr char Cut[] = "ID_Cut";
+inline constexpr char Copy[] = "ID_Copy";
+inline constexpr char Paste[] = "ID_Paste";
+inline constexpr char SelectAll[] = "ID_SelectAll";
+inline constexpr char SelectLine[] = "ID_SelectLine";
+inline constexpr char SelectWord[] = "ID_SelectWord";
+inline constexpr char SelectionTextForegroundColor[] = "ID_SelectionTextForegroundColor";
+inline constexpr char SelectionTextBackgroundColor[] = "ID_SelectionTextBackgroundColor";
+inline constexpr char BackgroundColor[] = "ID_BackgroundColor";
+inline constexpr char TokenColor[] = "ID_TokenColor";
+inline constexpr char Find[] = "ID_Find";
+inline constexpr char FindNext[] = "ID_FindNext";
+inline constexpr char Replace[] = "ID_Replace";
+inline constexpr char GotoLine[] = "ID_GotoLine";
+inline constexpr char Compile[] = "ID_Compile";
+inline constexpr char CompilerOptions[] = "ID_CompilerOptions";
+inline constexpr char Epic[] = "ID_Epic";
+inline constexpr char ProgrammerOptions[] = "ID_ProgrammerOptions";
+inline constexpr char NoMargin[] = "ID_NoMargin";
+inline constexpr char FixedMargin[] = "ID_FixedMargin";
+inline constexpr char ScrollingMargin[] = "ID_ScrollingMargin";
+inline constexpr char TileH[] = "ID_TileH";
+inline constexpr char TileV[] = "ID_TileV";
+inline constexpr char Cascade[] = "ID_Cascade";
+inline constexpr char Arrange[] = "ID_Arrange";
+inline constexpr char Update[] = "ID_Update";
+inline constexpr char melabs[] = "ID_melabs";
+inline constexpr char About[] = "ID_About";
+inline constexpr char OrderOnline[] = "ID_OrderOnline";
+inline constexpr char ProductUpdates[] = "ID_ProductUpdates";
+inline constexpr char BugReport[] = "ID_BugReport";
+inline constexpr char QuillbayHomePage[] = "ID_QuillbayHomePage";
+inline constexpr char VelnorSystemsHomePage[] = "ID_VelnorSystemsHomePage";
+inline constexpr char Indent[] = "ID_Indent";
+inline constexpr char Outdent[] = "ID_Outdent";
+inline constexpr char Device[] = "ID_Device";
+inline constexpr char OpenDocs[] = "ID_OpenDocs";
+inline constexpr char HelpTopics[] = "ID_HelpTopics";
+inline constexpr char WhatsNew[] = "ID_WhatsNew";
+inline constexpr char Tool1[] = "ID_Tool1";
+inline constexpr char Tool2[] = "ID_Tool2";
+inline constexpr char GotoLabel[] = "ID_GotoLabel";
+}  // namespace ToolId
