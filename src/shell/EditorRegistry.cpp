@@ -48,13 +48,19 @@ frmEditor& EditorRegistry::open(const QString& path, bool missingIsEmpty) {
     }
     doc->View->document().setPathName(path);
     doc->setCaption(path);
-    // After the load: loading is no edit to keep.
+    // After the load: loading is no edit to keep, nor one to tell.
     attachRecovery(*doc);
+    connect(doc->View, &SourceView::TextEdited, this, [this, doc] { emit textChanged(doc); });
     QMdiSubWindow* sub = area_.addSubWindow(doc);
     sub->setAttribute(Qt::WA_DeleteOnClose);
+    // Its activation steps run as it is shown; those who listen hear of it as opened first.
+    opening_ = doc;
     sub->showMaximized();
     area_.setActiveSubWindow(sub);
+    opening_ = nullptr;
     emit opened(doc);
+    if (active() == doc)
+        emit activated(doc);
     return *doc;
 }
 
@@ -67,7 +73,6 @@ void EditorRegistry::add(frmEditor& doc) {
     });
     // A window destroyed without closing (a refused load, the frame going away) just leaves.
     connect(d, &QObject::destroyed, this, [this, d] { docs_.removeOne(d); });
-    connect(d->View, &SourceView::TextEdited, this, [this, d] { emit textChanged(d); });
     connect(d, &frmEditor::pathChanged, this, [this, d](const QString& oldTitle) { emit pathChanged(d, oldTitle); });
 }
 
@@ -102,7 +107,8 @@ void EditorRegistry::onSubWindowActivated(QMdiSubWindow* sub) {
     for (frmEditor* doc : docs_) {
         if (doc->subWindow() == sub) {
             doc->Form_Activate();
-            emit activated(doc);
+            if (doc != opening_)
+                emit activated(doc);
             return;
         }
     }

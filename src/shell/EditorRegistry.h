@@ -32,4 +32,6 @@ private:
     Frame& frame_;
     QMdiArea& area_;
     QList<frmEditor*> docs_;
+    // The document being shown by open(): its activation is told after its opening.
+    frmEditor* opening_ = nullptr;
 };
