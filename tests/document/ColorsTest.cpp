@@ -1,6 +1,7 @@
 // Token and view colours: from the settings into a new view, through the colour commands into every open
 // document, and back into the settings when a document closes.
 #include "document/EditorColors.h"
+#include "core/ToolIds.h"
 #include "document/SourceLexer.h"
 #include "document/SourceView.h"
 #include "document/TokenInfo.h"
@@ -77,7 +78,7 @@ TEST_F(Colors, EmptySettingsGiveTheDefaultsOnScreenAndInPrintAndAreStoredAtClose
 
 TEST_F(Colors, ATokenColourReachesEveryDocumentAndPrintAndTheClosingOneStoresIt) {
     auto a = open(), b = open();
-    command("ID_TokenColor", kRed, 6);
+    command(ToolId::TokenColor, kRed, 6);
     EXPECT_TRUE(frame.dialog.CancelError);
     for (frmEditor* doc : {a.get(), b.get()}) {
         EXPECT_EQ(fore(doc->View->printTokenInfo(), 6), kRed);
@@ -86,7 +87,7 @@ TEST_F(Colors, ATokenColourReachesEveryDocumentAndPrintAndTheClosingOneStoresIt)
     }
     EXPECT_EQ(globals().ClickedTokenClass, 0);
     EXPECT_EQ(setting(Key::svComment), "38400") << "not until a document closes";
-    command("ID_TokenColor", kBlue, 2);  // the symbol class is the view's text colour too
+    command(ToolId::TokenColor, kBlue, 2);  // the symbol class is the view's text colour too
     EXPECT_EQ(b->View->ForeColor(), kBlue);
     close(a);
     EXPECT_EQ(setting(Key::svComment), QString::number(kRed));
@@ -96,7 +97,7 @@ TEST_F(Colors, ATokenColourReachesEveryDocumentAndPrintAndTheClosingOneStoresIt)
 
 TEST_F(Colors, ACancelChangesNothingAndAClassWithoutAKeyGetsNoColour) {
     auto doc = open();
-    for (const char* id : {"ID_TokenColor", "ID_BackgroundColor", "ID_SelectionTextForegroundColor"}) {
+    for (const char* id : {ToolId::TokenColor, ToolId::BackgroundColor, ToolId::SelectionTextForegroundColor}) {
         globals().ClickedTokenClass = 6;
         EXPECT_EQ(failureNumber([&] { colorCommand(frame, id); }), kCancelError) << id;
         EXPECT_EQ(globals().ClickedTokenClass, 6);
@@ -105,7 +106,7 @@ TEST_F(Colors, ACancelChangesNothingAndAClassWithoutAKeyGetsNoColour) {
     EXPECT_EQ(doc->View->BackColor(), systemColor(kColorWindow));
     EXPECT_EQ(doc->View->SelForeColor(), systemColor(kColorHighlightText));
     for (int cls : {0, 4, 9, 16}) {
-        command("ID_TokenColor", kRed, cls);
+        command(ToolId::TokenColor, kRed, cls);
         EXPECT_EQ(globals().ClickedTokenClass, 0);
         for (int c = 0; c < TokenInfo::kClasses; ++c)
             EXPECT_NE(fore(doc->View->tokenInfo(), c), kRed) << cls << " " << c;
@@ -116,9 +117,9 @@ TEST_F(Colors, ACancelChangesNothingAndAClassWithoutAKeyGetsNoColour) {
 TEST_F(Colors, BackgroundAndSelectionColoursReachEveryDocumentAndTheLastToCloseDecides) {
     auto a = open(), b = open();
     a->View->tokenInfo().SetBackgroundColor(6, kBlue, true);
-    command("ID_BackgroundColor", kRed);
-    command("ID_SelectionTextForegroundColor", 0x00FF00);
-    command("ID_SelectionTextBackgroundColor", 0x123456);
+    command(ToolId::BackgroundColor, kRed);
+    command(ToolId::SelectionTextForegroundColor, 0x00FF00);
+    command(ToolId::SelectionTextBackgroundColor, 0x123456);
     for (frmEditor* doc : {a.get(), b.get()}) {
         SourceView& v = *doc->View;
         EXPECT_EQ(std::make_pair(v.BackColor(), v.TextBackColor()), std::make_pair(kRed, kRed));

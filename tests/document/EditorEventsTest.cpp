@@ -1,6 +1,7 @@
 // The document window's answers to its view's events: status panels, tools, indent, margin click and
 // context menu, the font toggle, the word sets and the modified mark.
 #include "document/Document.h"
+#include "core/ToolIds.h"
 #include "document/Language.h"
 #include "document/SourceView.h"
 #include "document/SourceViewEditor.h"
@@ -146,30 +147,30 @@ TEST_F(EditorEvents, IndentAndOutdentWorkOnTheSelectedLinesAsOneStepAndLeaveThem
 TEST_F(EditorEvents, TheToolsFollowSelectionUndoClipboardAndMarginClicks) {
     type("abc");
     QApplication::processEvents();
-    EXPECT_EQ(std::make_tuple(tool("ID_Cut"), tool("ID_Copy"), tool("ID_Undo"), tool("ID_Redo")),
+    EXPECT_EQ(std::make_tuple(tool(ToolId::Cut), tool(ToolId::Copy), tool(ToolId::Undo), tool(ToolId::Redo)),
               std::make_tuple(false, false, true, false));
     QTest::keyClick(keys(), Qt::Key_Home, Qt::ShiftModifier);
-    EXPECT_TRUE(tool("ID_Cut") && tool("ID_Copy"));
+    EXPECT_TRUE(tool(ToolId::Cut) && tool(ToolId::Copy));
     view.document().Undo();
     QApplication::processEvents();
-    EXPECT_TRUE(tool("ID_Redo"));
+    EXPECT_TRUE(tool(ToolId::Redo));
     frame.tools["ID_PASTE"] = false;
     QTest::mouseMove(SourceViewEditor::of(view).viewport(), QPoint(100, 30));
-    EXPECT_TRUE(tool("ID_Paste"));
+    EXPECT_TRUE(tool(ToolId::Paste));
 
     // A release in the margin selects the line; any release remembers the token class.
     view.SetText("High PORTB\n\n' note");
     click(Qt::LeftButton, 0, 0, 5);
     EXPECT_EQ(selection(), (std::array<int, 4>{0, 0, 10, 0}));
-    EXPECT_EQ(std::make_tuple(tool("ID_Cut"), globals().ClickedTokenClass, tool("ID_TokenColor")),
+    EXPECT_EQ(std::make_tuple(tool(ToolId::Cut), globals().ClickedTokenClass, tool(ToolId::TokenColor)),
               std::make_tuple(true, 10, true));
     click(Qt::LeftButton, 0, 1, 5);  // an empty line: nothing to select, nothing to colour
-    EXPECT_EQ(std::make_tuple(view.TextSelected(), globals().ClickedTokenClass, tool("ID_TokenColor")),
+    EXPECT_EQ(std::make_tuple(view.TextSelected(), globals().ClickedTokenClass, tool(ToolId::TokenColor)),
               std::make_tuple(false, 0, false));
     EXPECT_TRUE(frame.popups.isEmpty());
     click(Qt::RightButton, 3, 2);  // the comment: its class, and the Edit menu as a context menu
-    EXPECT_EQ(std::make_tuple(globals().ClickedTokenClass, tool("ID_TokenColor")), std::make_tuple(6, true));
-    EXPECT_EQ(frame.popups, QStringList{"ID_Edit"});
+    EXPECT_EQ(std::make_tuple(globals().ClickedTokenClass, tool(ToolId::TokenColor)), std::make_tuple(6, true));
+    EXPECT_EQ(frame.popups, QStringList{ToolId::Edit});
 }
 
 TEST_F(EditorEvents, ShiftF2TogglesTheFontFaceAndSavesIt) {

@@ -1,5 +1,6 @@
 // The frame's commands, clicked through the tool model with the platform doubles.
 #include "RunningFrame.h"
+#include "core/ToolIds.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -9,8 +10,8 @@
 TEST(Commands, NewNumbersInOnePassAndEntersTheWindowMenu) {
     RunningFrame t;
     const QString dir = t.w.appDir();
-    t.click("ID_New");
-    t.click("ID_New");
+    t.click(ToolId::New);
+    t.click(ToolId::New);
     const QStringList names = {dir + "/Untitled.pbp", dir + "/Untitled1.pbp", dir + "/Untitled2.pbp"};
     EXPECT_EQ(t.titles(), names);
     EXPECT_EQ(t.windowMenu(), QStringList{"separator"} + names);
@@ -19,7 +20,7 @@ TEST(Commands, NewNumbersInOnePassAndEntersTheWindowMenu) {
     EXPECT_FALSE(QFile::exists(names[1]));
     EXPECT_EQ(t.recent(1), "-");
     // A click on an entry brings that document forward.
-    t.f->SSActiveToolBars1_ToolClick(t.f->toolBars().Tools().Item("ID_Window").Menu().Tools().Item(names[1]));
+    t.f->SSActiveToolBars1_ToolClick(t.f->toolBars().Tools().Item(ToolId::Window).Menu().Tools().Item(names[1]));
     EXPECT_EQ(t.doc()->Caption(), names[1]);
     // Untitled2 loaded ahead of Untitled1: the single pass stops at 2, which is open, and New refuses.
     for (QMdiSubWindow* s : t.f->mdiArea()->subWindowList())
@@ -28,7 +29,7 @@ TEST(Commands, NewNumbersInOnePassAndEntersTheWindowMenu) {
     for (const QString& name : {dir + "/UNTITLED2.pbp", names[1]}) {
         t.f->createDocument(name);
     }
-    t.click("ID_New");
+    t.click(ToolId::New);
     EXPECT_EQ(t.f->miDocCount(), 3);
     EXPECT_EQ(t.titles().size(), 3);
     EXPECT_EQ(t.lastBox().text, "File Already Open!");
@@ -48,7 +49,7 @@ TEST(Commands, OpenAndSaveAsRefuseAnOpenFileAndSaveAsMovesTheWindowEntry) {
     EXPECT_EQ(t.lastBox().text, "File Not Found: " + t.w.file("gone.pbp"));
     EXPECT_EQ(t.lastBox().icon, Icon::None);
     const size_t boxes = t.w.prompts.boxes.size();
-    t.click("ID_Open");  // cancelled: silent
+    t.click(ToolId::Open);  // cancelled: silent
     EXPECT_EQ(t.w.prompts.boxes.size(), boxes);
     EXPECT_EQ(t.f->miDocCount(), 2);
     EXPECT_EQ(t.w.prompts.fileDialogFilters.back(),
@@ -57,10 +58,10 @@ TEST(Commands, OpenAndSaveAsRefuseAnOpenFileAndSaveAsMovesTheWindowEntry) {
     // Save As onto the document's own file is refused; another name moves the window entry.
     const QString b = t.w.file("b.pbp");
     t.w.prompts.files = {a, b};
-    t.click("ID_SaveAs");
+    t.click(ToolId::SaveAs);
     EXPECT_EQ(t.lastBox().text, "File Already Open!");
     EXPECT_EQ(t.f->miDocCount(), 2);
-    t.click("ID_SaveAs");
+    t.click(ToolId::SaveAs);
     EXPECT_EQ(t.doc()->Caption(), b);
     EXPECT_EQ(t.windowMenu().last(), b);
     EXPECT_FALSE(t.windowMenu().contains(a));
@@ -79,7 +80,7 @@ TEST(Commands, RecentFilesKeepTheLastFourOpenFromTheMenuAndAreStoredAtClose) {
     EXPECT_EQ(shown(), newestFirst);
     // Opening from an entry opens that file and leaves the list alone.
     t.doc()->subWindow()->close();
-    t.click("ID_File1");
+    t.click(ToolId::File1);
     EXPECT_EQ(t.doc()->Caption(), paths[4]);
     EXPECT_EQ(shown(), newestFirst);
     ASSERT_TRUE(t.f->close());
@@ -88,7 +89,7 @@ TEST(Commands, RecentFilesKeepTheLastFourOpenFromTheMenuAndAreStoredAtClose) {
     // An entry whose file has gone: reported, the count back, the entry kept.
     saveSetting(Key::File1, "&1 " + t.w.file("vanished.pbp"));
     t.start();
-    t.click("ID_File1");
+    t.click(ToolId::File1);
     ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
     EXPECT_EQ(t.lastBox().title, "File Error");
     EXPECT_EQ(t.f->miDocCount(), 1);
@@ -98,18 +99,18 @@ TEST(Commands, RecentFilesKeepTheLastFourOpenFromTheMenuAndAreStoredAtClose) {
 
 TEST(Commands, TheLastCloseTurnsTheDocumentToolsOffAndNewBringsThemBack) {
     RunningFrame t;
-    t.click("ID_Close");
+    t.click(ToolId::Close);
     EXPECT_EQ(t.f->miDocCount(), 0);
     EXPECT_EQ(t.filesLabel(), "Files: 0");
     EXPECT_EQ(t.windowMenu(), QStringList{"separator"});
-    for (const char* id : {"ID_Save", "ID_Compile", "ID_Device", "ID_Close"})
+    for (const char* id : {ToolId::Save, ToolId::Compile, ToolId::Device, ToolId::Close})
         EXPECT_FALSE(t.enabled(id)) << id;
-    EXPECT_TRUE(t.enabled("ID_New") && t.enabled("ID_GotoLine"));
-    t.click("ID_GotoLine");
+    EXPECT_TRUE(t.enabled(ToolId::New) && t.enabled(ToolId::GotoLine));
+    t.click(ToolId::GotoLine);
     EXPECT_EQ(t.lastBox().title, "File Error");
-    t.click("ID_New");
+    t.click(ToolId::New);
     EXPECT_EQ(t.windowMenu(), QStringList({"separator", t.w.file("Untitled1.pbp")}));
-    EXPECT_TRUE(t.enabled("ID_Device"));
+    EXPECT_TRUE(t.enabled(ToolId::Device));
     EXPECT_EQ(t.filesLabel(), "Files: 1");
 }
 
@@ -119,25 +120,25 @@ TEST(Commands, EditToolsActOnTheActiveDocument) {
     v.SetText("HIGH PORTB\nLOW PORTB");
     int sc, sl, ec, el;
     auto sel = [&] { v.GetSel(sc, sl, ec, el); return QList<int>({sc, sl, ec, el}); };
-    t.click("ID_SelectAll");
+    t.click(ToolId::SelectAll);
     EXPECT_EQ(sel(), QList<int>({0, 0, 9, 1}));
     const std::pair<const char*, const char*> steps[] = {
-        {"ID_Cut", ""}, {"ID_Paste", "HIGH PORTB\nLOW PORTB"}, {"ID_Undo", ""}, {"ID_Redo", "HIGH PORTB\nLOW PORTB"}};
+        {ToolId::Cut, ""}, {ToolId::Paste, "HIGH PORTB\nLOW PORTB"}, {ToolId::Undo, ""}, {ToolId::Redo, "HIGH PORTB\nLOW PORTB"}};
     for (const auto& [id, text] : steps) {
         EXPECT_TRUE(t.enabled(id)) << id;
         t.click(id);
         EXPECT_EQ(v.Text(), text) << id;
     }
     v.SetSel(2, 1, 2, 1);
-    t.click("ID_SelectLine");
+    t.click(ToolId::SelectLine);
     EXPECT_EQ(sel(), QList<int>({0, 1, 9, 1}));
-    t.click("ID_ScrollingMargin");
+    t.click(ToolId::ScrollingMargin);
     EXPECT_EQ(v.marginStyle(), MarginStyle::Scrolling);
     // The Edit menu opening with no token clicked turns the token colour tool off.
     globals().ClickedTokenClass = 0;
-    t.f->toolBars().Tools().Item("ID_TokenColor").setEnabled(true);
-    t.click("ID_Edit");
-    EXPECT_FALSE(t.enabled("ID_TokenColor"));
+    t.f->toolBars().Tools().Item(ToolId::TokenColor).setEnabled(true);
+    t.click(ToolId::Edit);
+    EXPECT_FALSE(t.enabled(ToolId::TokenColor));
 }
 
 TEST(Commands, MenuKeysActOnceAndWebLinksCarryTheVersion) {
@@ -146,23 +147,23 @@ TEST(Commands, MenuKeysActOnceAndWebLinksCarryTheVersion) {
     auto key = [&](const char* menu, const char* id) {
         return t.f->toolBars().action(tools.Item(menu).Menu().Tools().Item(id))->shortcut();
     };
-    EXPECT_EQ(key("ID_File", "ID_Save"), QKeySequence(QKeySequence::Save));
-    EXPECT_EQ(key("ID_CMenu", "ID_Compile"), QKeySequence("F9"));
-    EXPECT_EQ(key("ID_Programmer", "ID_Epic"), QKeySequence("F10"));
+    EXPECT_EQ(key(ToolId::File, ToolId::Save), QKeySequence(QKeySequence::Save));
+    EXPECT_EQ(key(ToolId::CMenu, ToolId::Compile), QKeySequence("F9"));
+    EXPECT_EQ(key(ToolId::Programmer, ToolId::Epic), QKeySequence("F10"));
     auto& bar = t.f->toolBars();  // the button has no key of its own: one key, one action
-    EXPECT_TRUE(bar.action(bar.Bands("Standard").Tools().Item("ID_Save"))->shortcut().isEmpty());
+    EXPECT_TRUE(bar.action(bar.Bands("Standard").Tools().Item(ToolId::Save))->shortcut().isEmpty());
     // Paste typed in the editor is the editor's: the text goes in once.
     QGuiApplication::clipboard()->setText("x");
-    tools.Item("ID_Paste").setEnabled(true);
+    tools.Item(ToolId::Paste).setEnabled(true);
     QTest::keyClick(t.doc()->View->editorWidget(), Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(t.doc()->View->Text(), "x");
 
-    t.click("ID_Update");
-    t.click("ID_BugReport");
+    t.click(ToolId::Update);
+    t.click(ToolId::BugReport);
     ASSERT_EQ(t.w.launcher.launches.size(), 2u);
     EXPECT_TRUE(t.w.launcher.launches[0].program.endsWith("/check4update.aspx?app=Tarnlet&ver=171"));
     EXPECT_TRUE(t.w.launcher.launches[1].program.endsWith("?subject=[Tarnlet] Version: 171"));
     t.w.launcher.failUrl = true;
-    t.click("ID_QuillbayHomePage");
+    t.click(ToolId::QuillbayHomePage);
     EXPECT_EQ(t.lastBox().text, "Unable to launch application.");
 }

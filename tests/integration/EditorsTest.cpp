@@ -1,6 +1,7 @@
 // The registry of open documents: one document per file whatever its spelling, what a dock that follows
 // the documents hears, and every way a document goes leaving the count, the Window menu and the tools right.
 #include "RunningFrame.h"
+#include "core/ToolIds.h"
 
 #include "core/Editors.h"
 
@@ -46,15 +47,15 @@ TEST(Editors, OneDocumentUnderEverySpellingOfItsPathAndWhatAFollowerHears) {
     EXPECT_EQ(t.lastBox().text, "File Already Open!");
     t.f->mdiArea()->setActiveSubWindow(untitled->subWindow());
     t.w.prompts.files = {t.w.file("alias/blink.pbp")};
-    t.click("ID_SaveAs");
+    t.click(ToolId::SaveAs);
     EXPECT_EQ(t.lastBox().text, "File Already Open!");
     EXPECT_EQ(editors.count(), 2);
 
     t.type("x");
     t.w.prompts.files = {t.w.file("led/new.pbp")};
-    t.click("ID_SaveAs");
+    t.click(ToolId::SaveAs);
     EXPECT_EQ(editors.find(t.w.file("alias/new.pbp")), untitled);
-    t.click("ID_Close");
+    t.click(ToolId::Close);
     EXPECT_EQ(heard, QStringList({"opened blink.pbp", "active blink.pbp", "active Untitled.pbp",
                                   "text Untitled.pbp", "path Untitled.pbp>new.pbp", "closed new.pbp",
                                   "active blink.pbp"}));
@@ -72,19 +73,19 @@ TEST(Editors, EveryWayOfClosingLeavesTheCountTheWindowMenuAndTheToolsRight) {
         t.doc()->View->document().SaveFile(second);
         QStringList left = {first};
         switch (way) {
-        case CloseCommand: t.click("ID_Close"); break;
+        case CloseCommand: t.click(ToolId::Close); break;
         case WindowClose: t.doc()->subWindow()->close(); break;
         case FailedLoad: {
             Tool& entry = recentFileEntry(t.f->toolBars(), 2);
             entry.setCaption("&2 " + t.w.file("vanished.pbp"));
             entry.setVisible(true);
-            t.click("ID_File2");
+            t.click(ToolId::File2);
             EXPECT_EQ(t.lastBox().title, "File Error");
             left << second;
             break;
         }
         case Exit:
-            t.click("ID_Exit");
+            t.click(ToolId::Exit);
             EXPECT_FALSE(t.f->isVisible());
             left.clear();
             break;
@@ -94,10 +95,10 @@ TEST(Editors, EveryWayOfClosingLeavesTheCountTheWindowMenuAndTheToolsRight) {
         EXPECT_EQ(t.filesLabel(), "Files: " + QString::number(left.size()));
         EXPECT_EQ(t.windowMenu(), QStringList{"separator"} + left);
         const bool any = !left.isEmpty();
-        for (const char* id : {"ID_Save", "ID_Close", "ID_Compile", "ID_Device", "ID_Paste"})
+        for (const char* id : {ToolId::Save, ToolId::Close, ToolId::Compile, ToolId::Device, ToolId::Paste})
             EXPECT_EQ(t.enabled(id), any) << id;
         // The active document's undo history and selection, not the closed one's.
-        EXPECT_EQ(t.enabled("ID_Undo"), way == FailedLoad);
-        EXPECT_FALSE(t.enabled("ID_Cut") || t.enabled("ID_Redo") || t.enabled("ID_TokenColor"));
+        EXPECT_EQ(t.enabled(ToolId::Undo), way == FailedLoad);
+        EXPECT_FALSE(t.enabled(ToolId::Cut) || t.enabled(ToolId::Redo) || t.enabled(ToolId::TokenColor));
     }
 }

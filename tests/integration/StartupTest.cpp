@@ -1,5 +1,6 @@
 // The frame from start to shutdown and a document's close, with the platform doubles.
 #include "RunningFrame.h"
+#include "core/ToolIds.h"
 
 #include "compile/CompilerScreen.h"
 #include "platform/Twips.h"
@@ -19,7 +20,7 @@ TEST(Startup, FirstStartWithEmptySettingsThenCloseStoresWhatTheNextStartOpens) {
               QStringList({"Line: 1 Col: 1", "PBP"}));
     EXPECT_EQ(f.statusPicture()->height(), twipsToPixelsY(f.statusBar()->Height()));
     // The whole band fits the first-start width: the open documents label is on it, not in its overflow.
-    QWidget* files = f.toolBars().widget(f.toolBars().Bands("Standard").Tools().Item("ID_OpenDocs"));
+    QWidget* files = f.toolBars().widget(f.toolBars().Bands("Standard").Tools().Item(ToolId::OpenDocs));
     ASSERT_NE(files, nullptr);
     EXPECT_TRUE(files->isVisible());
     EXPECT_LE(f.toolBars().standardBar()->sizeHint().width(), f.width());
@@ -63,7 +64,7 @@ TEST(Startup, TheCommandLineIsOnePathMadeAbsoluteInTheStartingDirectory) {
     QTemporaryDir elsewhere;
     QDir::setCurrent(elsewhere.path());
     t.type("new ");
-    t.click("ID_Save");
+    t.click(ToolId::Save);
     EXPECT_FALSE(QFile::exists(elsewhere.path() + "/rel.pbp"));
     EXPECT_EQ(readFile(original), "new old\n");
     t.f->close();
@@ -85,7 +86,7 @@ TEST(Startup, ADocumentThatCannotBeLoadedLeavesNoCountToolsOrLabel) {
         t.w.prompts.boxes.clear();
         EXPECT_EQ(t.f->miDocCount(), 0);
         EXPECT_EQ(globals().loadedWindows.size(), 1u);
-        for (const char* id : {"ID_Save", "ID_Compile", "ID_Device"})
+        for (const char* id : {ToolId::Save, ToolId::Compile, ToolId::Device})
             EXPECT_FALSE(t.enabled(id)) << id;
         EXPECT_EQ(t.filesLabel(), "Files: 0");
         EXPECT_EQ(t.recent(1), "-");

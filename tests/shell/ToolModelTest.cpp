@@ -1,4 +1,5 @@
 #include "platform/Failure.h"
+#include "core/ToolIds.h"
 #include "shell/EnableTools.h"
 #include "shell/ToolBars.h"
 #include "support/Doubles.h"
@@ -56,19 +57,19 @@ TEST(ToolModel, LookupsIgnoreCaseUnknownIdsFailAndTheFileAndEditMenus) {
     EXPECT_EQ(&m.Tools().Item("ID_PASTE"), &m.Tools().Item("id_paste"));
     EXPECT_EQ(&m.Bands("standard"), &m.Bands("Standard"));
     // A place in a menu finds the same tool's states.
-    EXPECT_EQ(&m.Tools().Item("ID_EDIT").Menu().Tools().Item("ID_REDO").base(), &m.Tools().Item("ID_Redo"));
+    EXPECT_EQ(&m.Tools().Item("ID_EDIT").Menu().Tools().Item("ID_REDO").base(), &m.Tools().Item(ToolId::Redo));
     EXPECT_EQ(failureNumber([&] { m.Tools().Item("ID_Nothing"); }), kToolNotFound);
     EXPECT_THROW(m.Bands("Formatting"), Failure);
-    EXPECT_THROW(m.Tools().Item("ID_Save").Menu(), Failure);
+    EXPECT_THROW(m.Tools().Item(ToolId::Save).Menu(), Failure);
 
     EXPECT_EQ(actionTexts(a.bars.menuBar()),
               QStringList({"&File", "&Edit", "&Compile", "&Programmer", "&Options", "&Window", "&Help"}));
-    const QStringList file = actionTexts(a.bars.menu("ID_File")), edit = actionTexts(a.bars.menu("ID_Edit"));
+    const QStringList file = actionTexts(a.bars.menu(ToolId::File)), edit = actionTexts(a.bars.menu(ToolId::Edit));
     EXPECT_EQ(file.mid(2, 5) + file.mid(12),
               QStringList({"&Close", "-", "&Save", "Save &As", "-", "&4", "-", "E&xit"}));
     EXPECT_EQ(edit.size(), 19);
     EXPECT_EQ(edit.mid(3, 3), QStringList({"Cu&t", "&Copy", "&Paste"}));
-    EXPECT_EQ(a.tool("ID_Edit").Menu().Tools().at(11).Menu().Tools().at(1).ID(), "ID_SelectionTextBackgroundColor");
+    EXPECT_EQ(a.tool(ToolId::Edit).Menu().Tools().at(11).Menu().Tools().at(1).ID(), ToolId::SelectionTextBackgroundColor);
 }
 
 // The state with documents or none, and the active one's undo history when known.
@@ -82,7 +83,7 @@ ToolState documents(bool any, std::optional<bool> canUndo = {}, std::optional<bo
 
 TEST(EnableTools, OneRedrawBracketNoDocumentStatesAndUndoInputs) {
     Attached a;
-    EXPECT_FALSE(a.tool("ID_SaveAs").Enabled() || a.tool("ID_GotoLabel").Enabled());
+    EXPECT_FALSE(a.tool(ToolId::SaveAs).Enabled() || a.tool(ToolId::GotoLabel).Enabled());
     Recorder r;
     r.bars = &a.bars;
     a.bars.addObserver(&r);
@@ -101,55 +102,55 @@ TEST(EnableTools, OneRedrawBracketNoDocumentStatesAndUndoInputs) {
         {false, true, true, false, false}};
     for (const auto& s : steps) {
         EnableTools(a.bars, documents(s.enabled, s.canUndo, s.canRedo));
-        EXPECT_EQ(std::pair(a.tool("ID_Undo").Enabled(), a.tool("ID_Redo").Enabled()), std::pair(s.undo, s.redo));
-        for (QAction* find : {a.inMenu("ID_Edit", "ID_Find"), a.bars.action(a.onStandard("ID_Find"))})
+        EXPECT_EQ(std::pair(a.tool(ToolId::Undo).Enabled(), a.tool(ToolId::Redo).Enabled()), std::pair(s.undo, s.redo));
+        for (QAction* find : {a.inMenu(ToolId::Edit, ToolId::Find), a.bars.action(a.onStandard(ToolId::Find))})
             EXPECT_EQ(find->isEnabled(), s.enabled);
     }
 
     // With no document only these stay active on the toolbar; tools EnableTools doesn't govern keep their state.
-    const QStringList active = {"ID_New", "ID_Open", "ID_Epic", "ID_OpenDocs"};
+    const QStringList active = {ToolId::New, ToolId::Open, ToolId::Epic, ToolId::OpenDocs};
     for (const auto& place : a.bars.Bands("Standard").Tools())
         EXPECT_TRUE(place->isSeparator() || place->Enabled() == active.contains(place->ID()))
             << place->ID().toStdString();
-    EXPECT_TRUE(a.tool("ID_GotoLine").Enabled() && a.tool("ID_SelectionTextForegroundColor").Enabled());
+    EXPECT_TRUE(a.tool(ToolId::GotoLine).Enabled() && a.tool(ToolId::SelectionTextForegroundColor).Enabled());
 }
 
 TEST(ToolBars, MenuClicksTheMarginRadioGroupAndComboCloseUp) {
     Attached a;
-    QMenu* edit = a.bars.menu("ID_Edit");
+    QMenu* edit = a.bars.menu(ToolId::Edit);
     edit->popup(QPoint(10, 10));
     edit->hide();
     a.bars.PopupMenu("id_edit");  // the context menu is the same menu
     EXPECT_TRUE(edit->isVisible());
     edit->hide();
-    EXPECT_THROW(a.bars.PopupMenu("ID_Save"), Failure);
-    EXPECT_EQ(a.clicks, QStringList({"ID_Edit", "ID_Edit"}));
+    EXPECT_THROW(a.bars.PopupMenu(ToolId::Save), Failure);
+    EXPECT_EQ(a.clicks, QStringList({ToolId::Edit, ToolId::Edit}));
 
-    QAction* none = a.inMenu("ID_Options", "ID_NoMargin");
-    QAction* fixed = a.inMenu("ID_Options", "ID_FixedMargin");
+    QAction* none = a.inMenu(ToolId::Options, ToolId::NoMargin);
+    QAction* fixed = a.inMenu(ToolId::Options, ToolId::FixedMargin);
     none->trigger();  // disabled: silent
     EXPECT_TRUE(fixed->isChecked());
     EnableTools(a.bars, documents(true));
     none->trigger();
     none->trigger();  // the pressed one again stays pressed
-    EXPECT_EQ(a.clicks.mid(2), QStringList({"ID_NoMargin", "ID_NoMargin"}));
-    EXPECT_TRUE(a.tool("ID_NoMargin").Pressed() && none->isChecked());
-    EXPECT_FALSE(a.tool("ID_FixedMargin").Pressed() || fixed->isChecked());
-    a.tool("ID_ScrollingMargin").setPressed(true);
-    EXPECT_FALSE(a.tool("ID_NoMargin").Pressed() || none->isChecked());
-    EXPECT_TRUE(a.inMenu("ID_Options", "ID_ScrollingMargin")->isChecked());
+    EXPECT_EQ(a.clicks.mid(2), QStringList({ToolId::NoMargin, ToolId::NoMargin}));
+    EXPECT_TRUE(a.tool(ToolId::NoMargin).Pressed() && none->isChecked());
+    EXPECT_FALSE(a.tool(ToolId::FixedMargin).Pressed() || fixed->isChecked());
+    a.tool(ToolId::ScrollingMargin).setPressed(true);
+    EXPECT_FALSE(a.tool(ToolId::NoMargin).Pressed() || none->isChecked());
+    EXPECT_TRUE(a.inMenu(ToolId::Options, ToolId::ScrollingMargin)->isChecked());
 
     // ComboCloseUp comes when the list closes, not on code's writes.
-    auto* box = qobject_cast<ToolComboBox*>(a.bars.widget(a.onStandard("ID_Device")));
+    auto* box = qobject_cast<ToolComboBox*>(a.bars.widget(a.onStandard(ToolId::Device)));
     ASSERT_NE(box, nullptr);
     std::vector<int> closeUps;  // ListIndex as the handler reads it
     QObject::connect(&a.bars, &SSActiveToolBars::ComboCloseUp,
                      [&](Tool& t) { closeUps.push_back(t.ComboBox().ListIndex()); });
-    ToolCombo& combo = a.tool("ID_Device").ComboBox();
+    ToolCombo& combo = a.tool(ToolId::Device).ComboBox();
     for (const char* name : {"12F675", "16F84A", "16F877A"})
         combo.AddItem(name);
     combo.SetListIndex(1);
-    a.tool("ID_Device").setEnabled(true);
+    a.tool(ToolId::Device).setEnabled(true);
     QApplication::processEvents();
     box->showPopup();
     box->hidePopup();  // no pick; the writes above raised nothing

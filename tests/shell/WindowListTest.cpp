@@ -1,4 +1,5 @@
 #include "platform/Failure.h"
+#include "core/ToolIds.h"
 #include "shell/ToolBars.h"
 #include "shell/WindowList.h"
 
@@ -12,14 +13,14 @@ TEST(WindowList, EntriesTagsAndTheFilesLabel) {
     QMainWindow frame;
     SSActiveToolBars bars;
     bars.attach(frame);
-    auto* label = qobject_cast<QLabel*>(bars.widget(bars.Bands("Standard").Tools().Item("ID_OpenDocs")));
+    auto* label = qobject_cast<QLabel*>(bars.widget(bars.Bands("Standard").Tools().Item(ToolId::OpenDocs)));
     ASSERT_NE(label, nullptr);
     QString tag;
     const auto setTag = [&](const QString& t) { tag = t; };
     // The Window menu after its four arrange items, a separator as "-", then the tag last written and the label.
     const auto state = [&] {
         QStringList out;
-        for (QAction* a : bars.menu("ID_Window")->actions().mid(4))
+        for (QAction* a : bars.menu(ToolId::Window)->actions().mid(4))
             out << (a->isSeparator() ? QStringLiteral("-") : a->text());
         return out << tag << label->text();
     };
