@@ -1,29 +1,15 @@
 cmake_minimum_required(VERSION 3.25)
-# cmake -DSRC=<src dir> -P CheckLayers.cmake
+# cmake -DSRC=<src dir> [-DLAYERS=<table>] -P CheckLayers.cmake
 # Fails when a file includes a folder outside its layer, or when a logic file reaches QtWidgets or
 # QScintilla (directly, or through a window header of the project).
 
-# The folders each folder may include, besides itself.
-set(uses_platform "")
-set(uses_core platform)
-set(uses_statusbar core platform)
-set(uses_devices core platform)
-set(uses_language core platform)
-set(uses_document language devices statusbar core platform)
-set(uses_compile document devices core platform)
-set(uses_programmer document devices core platform)
-set(uses_dialogs document devices core platform)
-set(uses_shell compile programmer dialogs document language devices statusbar core platform)
-
-# The window files of each folder (regular expressions on the base name): they may use QtWidgets and
-# QScintilla. Every other file is logic. core, devices and language are logic throughout.
-set(windows_platform "^(Qt|Posix)")
-set(windows_statusbar "^(StatusPicture|PixmapTarget)\\.")
-set(windows_document "^(frmEditor|SourceView|SourceLexer|FindDialog|Document|Positions|EditorColors)")
-set(windows_compile "^(frm|CompilerScreen|CompileRun)")
-set(windows_programmer "^(frm|ProgrammerRun)")
-set(windows_dialogs "^(frm|MyAbout)")
-set(windows_shell "^(MDIMain|ToolBars|EditorRegistry)")
+# The folders each folder may include besides itself, and its window files, which alone may use QtWidgets
+# and QScintilla: the layer table, or the table given as LAYERS.
+if(NOT LAYERS)
+  set(LAYERS ${CMAKE_CURRENT_LIST_DIR}/Layers.cmake)
+endif()
+include(${CMAKE_CURRENT_LIST_DIR}/ReadLayers.cmake)
+qb_read_layers(${LAYERS})
 
 set(widget_include "^(Qt(Widgets|PrintSupport)/|Qsci/|Q(Widget|Dialog|MainWindow|Mdi[A-Za-z]*|Action|ActionGroup|Menu|MenuBar|ToolBar|ToolButton|ComboBox|Label|LineEdit|PushButton|AbstractButton|CheckBox|RadioButton|ScrollBar|SpinBox|ListWidget|MessageBox|FileDialog|ColorDialog|Application|[VHG][A-Za-z]*Layout|BoxLayout|Layout|StyleOption[A-Za-z]*|Style|Printer|PrintDialog|Frame|Splitter|StatusBar|GroupBox|TextEdit|PlainTextEdit|WidgetAction|Shortcut|Scroll[A-Za-z]*|Accessible[A-Za-z]*)$)")
 
@@ -34,7 +20,7 @@ function(is_window rel out)
   get_filename_component(folder ${rel} DIRECTORY)
   get_filename_component(base ${rel} NAME)
   set(result FALSE)
-  if(folder STREQUAL "" OR (DEFINED windows_${folder} AND base MATCHES "${windows_${folder}}"))
+  if(folder STREQUAL "" OR (NOT "${windows_${folder}}" STREQUAL "" AND base MATCHES "${windows_${folder}}"))
     set(result TRUE)
   endif()
   set(${out} ${result} PARENT_SCOPE)

@@ -231,8 +231,7 @@ void Document::endRun() {
     sci().endUndoAction();
 }
 
-// The flag and the end position the original gave back are not used by the system.
-void Document::InsertImpl(int col, int line, const QString& text, bool) {
+void Document::InsertImpl(int col, int line, const QString& text) {
     beginRun();
     sci().SendScintilla(Sci::SCI_INSERTTEXT, uintptr_t(positionAt(sci(), col, line)), text.toUtf8().constData());
     view_.checkCaretMoved();
@@ -247,8 +246,9 @@ void Document::DeleteImpl(int startCol, int startLine, int endCol, int endLine) 
     view_.checkCaretMoved();
 }
 
-// Scintilla repaints changed lines by itself; what is left is to close the run as one undo step.
-void Document::UpdateViews(int, int, int, int, int) {
+// Scintilla repaints changed lines by itself, so the lines and flags the original took are not needed;
+// what is left is to close the run as one undo step.
+void Document::UpdateViews() {
     endRun();
     sci().viewport()->update();
 }

@@ -26,9 +26,6 @@ public:
     // nothing is written and the Failure is the cancel one that callers pass over.
     void SaveFile(const QString& path);
 
-    // Kept for the system to set; this control has one tokeniser and no modes, so it changes nothing.
-    int LanguageMode() const { return languageMode_; }
-    void setLanguageMode(int m) { languageMode_ = m; }
     Language& language();
 
     int NumLines() const;
@@ -38,9 +35,11 @@ public:
     bool CanRedo() const;
     void Undo();
     void Redo();
-    void InsertImpl(int col, int line, const QString& text, bool flag);
+    // InsertImpl and DeleteImpl calls up to the next UpdateViews make one undo step.
+    void InsertImpl(int col, int line, const QString& text);
     void DeleteImpl(int startCol, int startLine, int endCol, int endLine);
-    void UpdateViews(int flags, int firstLine, int lastLine, int col, int lastLine2);
+    // Ends the run of InsertImpl and DeleteImpl calls and repaints.
+    void UpdateViews();
 
     // Files larger than this are refused: far beyond any source, and the control keeps two bytes a character.
     static constexpr qint64 kMaxFileBytes = 128LL * 1024 * 1024;
@@ -51,13 +50,11 @@ private:
     void setAllText(const QByteArray& utf8);
     // Asks whether to save as UTF-8 what the code page cannot hold; true for Yes.
     bool askToSaveAsUtf8(const QString& path, QByteArrayView utf8) const;
-    // InsertImpl and DeleteImpl calls up to the next UpdateViews make one undo step.
     void beginRun();
     void endRun();
     bool runOpen_ = false;
     SourceView& view_;
     QString pathName_;
-    int languageMode_ = 0;
     std::unique_ptr<Language> language_;
     std::unique_ptr<FileFormat> format_;
 };

@@ -39,11 +39,6 @@ std::optional<Key> colorKeyOf(int tokenClass) {
 
 void applyViewSettings(SourceView& view) {
     skipOnFailure([&] { view.setFontName(setting(Key::FontName)); });
-    skipOnFailure([&] {
-        ViewOptions& o = view.viewOptions();
-        o.setOptionFlags(o.OptionFlags() | 2);
-    });
-    skipOnFailure([&] { view.SetupView(32, 0); });
     skipOnFailure([&] { view.setSelBackColor(colorSetting(Key::ViewSelBackColor)); });
     skipOnFailure([&] { view.setSelForeColor(colorSetting(Key::ViewSelForeColor)); });
     TokenInfo& screen = view.tokenInfo();
@@ -56,7 +51,7 @@ void applyViewSettings(SourceView& view) {
         });
     }
     for (int cls = 10; cls <= 15; ++cls)
-        skipOnFailure([&] { screen.SetFontStyle(cls, 1, true); });
+        skipOnFailure([&] { screen.SetFontStyle(cls, FontStyle::Bold, true); });
     // The background goes in as the stored text; a text that isn't a number fails each class alike.
     const QString back = setting(Key::svBackGround);
     for (int cls = 0; cls <= 15; ++cls)
@@ -67,7 +62,7 @@ void applyViewSettings(SourceView& view) {
     for (const ClassKey& ck : kClassKeys)
         skipOnFailure([&] { print.SetForegroundColor(ck.cls, colorSetting(ck.key), true); });
     for (int cls = 10; cls <= 15; ++cls)
-        skipOnFailure([&] { print.SetFontStyle(cls, 1, true); });
+        skipOnFailure([&] { print.SetFontStyle(cls, FontStyle::Bold, true); });
 }
 
 void saveViewColors(SourceView& view) {

@@ -24,8 +24,8 @@ void Language::ClearReservedWords() {
 }
 
 void Language::AddReservedWord(int set, const QString& word) {
-    if (set < 0 || set > 5)
-        throw invalidProcedureCall(QStringLiteral("There is no word set %1; the sets are 0 to 5.").arg(set));
+    if (set < 0 || set >= kWordSets)
+        throw invalidProcedureCall(QStringLiteral("There is no word set %1; the sets are 0 to %2.").arg(set).arg(kWordSets - 1));
     if (word.isEmpty())
         return;
     QString key;

@@ -11,13 +11,12 @@ public:
     void setSLCommentStart(const QString& s) { comment1_ = s; ++generation_; }
     void setSLCommentStart2(const QString& s) { comment2_ = s; ++generation_; }
     void setStringDelimiter(const QString& s) { stringDelimiter_ = s; ++generation_; }
-    // Kept for the system to set; the tokeniser's rules don't depend on it.
-    void setLanguageFlags(int f) { flags_ = f; }
     QString SLCommentStart() const { return comment1_; }
     QString SLCommentStart2() const { return comment2_; }
     QString StringDelimiter() const { return stringDelimiter_; }
-    int LanguageFlags() const { return flags_; }
 
+    // Reserved word sets 0 to 5; a word of set n has the token class 10 + n.
+    static constexpr int kWordSets = 6;
     void ClearReservedWords();
     // Words match without regard to case; the same word may be added again.
     void AddReservedWord(int set, const QString& word);
@@ -29,7 +28,6 @@ public:
 
 private:
     QString comment1_, comment2_, stringDelimiter_;
-    int flags_ = 0;
     QHash<QString, int> words_;  // upper-case word -> lowest set
     quint64 generation_ = 0;
 };

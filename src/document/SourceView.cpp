@@ -15,6 +15,15 @@ using Sci = QsciScintillaBase;
 
 namespace {
 
+// The face's size and weight, in both the editor and the compiler's output.
+constexpr double kFontPoints = 9.75;
+// Outdent takes a tab or up to four blanks as one step, so a tab is four columns wide.
+constexpr int kTabColumns = 4;
+// QScintilla's margins: the line numbers, the strip, and one more that stays hidden.
+constexpr int kNumberMargin = 0, kStripMargin = 1, kMargins = 3;
+// The strip's width, the one the document window's own margin test uses.
+constexpr int kStripPixels = 20;
+
 // QScintilla hands Scintilla only the family name, so the style hint has to be resolved here: "Courier"
 // on a Linux desktop may otherwise come out proportional.
 QString fixedPitchFamily(const QString& name) {
@@ -43,18 +52,18 @@ QFont SourceView::Impl::baseFont() const {
     QFont f(family);
     f.setStyleHint(QFont::TypeWriter);
     f.setFixedPitch(true);
-    f.setPointSizeF(9.75);
+    f.setPointSizeF(kFontPoints);
     f.setWeight(QFont::Normal);
     return f;
 }
 
-// Font style bits: 1 bold, 2 italic, 4 underline. The system gives the reserved words 1, so they stand
-// out by weight alone and keep the grid of a fixed-pitch face.
+// The system gives the reserved words Bold, so they stand out by weight alone and keep the grid of a
+// fixed-pitch face.
 QFont SourceView::Impl::styleFont(int style) const {
     QFont f = baseFont();
-    f.setBold(style & 1);
-    f.setItalic(style & 2);
-    f.setUnderline(style & 4);
+    f.setBold(style & FontStyle::Bold);
+    f.setItalic(style & FontStyle::Italic);
+    f.setUnderline(style & FontStyle::Underline);
     return f;
 }
 
@@ -107,22 +116,21 @@ void SourceView::Impl::applyPrintLook() {
 }
 
 // QScintilla's margins never scroll sideways with the text, so the two margin styles differ in what
-// they show: Fixed is a plain 20-pixel strip where a click selects the line, the width the document
-// window's own margin test uses; Scrolling adds line numbers, which scroll up and down with the text,
-// in front of that strip.
+// they show: Fixed is a plain strip where a click selects the line; Scrolling adds line numbers, which
+// scroll up and down with the text, in front of that strip.
 void SourceView::Impl::applyMargins() {
-    for (int m = 0; m < 3; ++m)
+    for (int m = 0; m < kMargins; ++m)
         e.setMarginWidth(m, 0);
     const bool numbers = marginStyle == MarginStyle::Scrolling;
-    e.setMarginLineNumbers(0, numbers);
+    e.setMarginLineNumbers(kNumberMargin, numbers);
     if (numbers) {
-        e.setMarginType(0, QsciScintilla::NumberMargin);
-        e.setMarginWidth(0, QStringLiteral("000000"));
+        e.setMarginType(kNumberMargin, QsciScintilla::NumberMargin);
+        e.setMarginWidth(kNumberMargin, QStringLiteral("000000"));  // room for six digits
     }
     if (marginStyle != MarginStyle::None) {
-        e.setMarginType(1, QsciScintilla::SymbolMargin);
-        e.setMarginSensitivity(1, false);  // Scintilla then selects the line on a click
-        e.setMarginWidth(1, 20);
+        e.setMarginType(kStripMargin, QsciScintilla::SymbolMargin);
+        e.setMarginSensitivity(kStripMargin, false);  // Scintilla then selects the line on a click
+        e.setMarginWidth(kStripMargin, kStripPixels);
     }
 }
 
@@ -135,8 +143,7 @@ SourceView::SourceView(QWidget* parent, bool plainText)
     SourceViewEditor& e = *editor_;
     e.setUtf8(true);
     e.setEolMode(QsciScintilla::EolUnix);
-    // Outdent takes a tab or up to four blanks as one step, so a tab is four columns wide.
-    e.setTabWidth(4);
+    e.setTabWidth(kTabColumns);
     e.setIndentationsUseTabs(true);
     e.setIndentationWidth(0);
     e.setWrapMode(QsciScintilla::WrapNone);
@@ -156,20 +163,20 @@ SourceView::SourceView(QWidget* parent, bool plainText)
     // file cost tens of milliseconds. Accessibility is served by SourceViewAccessible instead.
     SourceViewAccessible::install();
     e.SendScintilla(Sci::SCI_SETMODEVENTMASK, long(Sci::SC_MOD_BEFOREINSERT | Sci::SC_MOD_BEFOREDELETE));
-    d->connections[0] = connect(&e, &QsciScintillaBase::SCN_MODIFIED, this,
-                                [this](int pos, int type, const char* text, int length) {
-                                    d->textAboutToChange(pos, type, text, length);
-                                });
+    d->textChanging = connect(&e, &QsciScintillaBase::SCN_MODIFIED, this,
+                              [this](int pos, int type, const char* text, int length) {
+                                  d->textAboutToChange(pos, type, text, length);
+                              });
     // Scintilla tells of caret moves when it repaints; the input handlers tell sooner.
-    d->connections[1] = connect(&e, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int) { checkCaretMoved(); });
+    d->caretShown = connect(&e, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int) { checkCaretMoved(); });
     connect(&e, &QsciScintilla::modificationChanged, this, &SourceView::ModifiedChanged);
 }
 
 SourceView::~SourceView() {
     // QScintilla may still signal while it is torn down; the editor goes first, while the lexer it
     // holds and the parts it calls are still there.
-    for (const auto& c : d->connections)
-        disconnect(c);
+    disconnect(d->textChanging);
+    disconnect(d->caretShown);
     disconnect(editor_, &QsciScintilla::modificationChanged, this, &SourceView::ModifiedChanged);
     delete editor_;
 }
@@ -179,7 +186,6 @@ QWidget* SourceView::editorWidget() const { return editor_; }
 Document& SourceView::document() { return *d->document; }
 TokenInfo& SourceView::tokenInfo() { return d->screen; }
 TokenInfo& SourceView::printTokenInfo() { return d->print; }
-ViewOptions& SourceView::viewOptions() { return d->options; }
 FindDialog* SourceView::findDialog() const { return d->findDialog; }
 SourceLexer* SourceView::sourceLexer() const { return d->lexer.get(); }
 
@@ -259,10 +265,6 @@ void SourceView::Refresh() {
     if (d->lexer)
         d->lexer->restyleVisible();
     editor_->viewport()->update();
-}
-
-void SourceView::SetupView(int, int) {
-    // The original control's set-up flags select nothing this control needs: stored nowhere, no effect.
 }
 
 void SourceView::Impl::textAboutToChange(long pos, int type, const char* text, int length) {

@@ -2,7 +2,8 @@
 // The editing control: the operations, properties and events the system names, over a QScintilla
 // editor that it keeps to itself, so that none of QScintilla's own methods (text(), cut() ...) can be
 // called by mistake for the control's (Text(), Cut() ...). Positions are column first, then line,
-// both from 0.
+// both from 0. The original control's mode and option numbers (language mode, language flags, view
+// options, SetupView) select nothing that this one does differently, so it has none of them.
 
 #include <QString>
 #include <QWidget>
@@ -11,7 +12,6 @@
 class Document;
 class Language;
 class TokenInfo;
-class ViewOptions;
 class SourceLexer;
 class SourceViewEditor;
 class FindDialog;
@@ -34,7 +34,6 @@ public:
     Document& document();
     TokenInfo& tokenInfo();
     TokenInfo& printTokenInfo();
-    ViewOptions& viewOptions();
 
     // Properties. Colours are 0x00BBGGRR or a system colour (0x80000000 + index).
     QString FontName() const;
@@ -71,7 +70,6 @@ public:
     void ClientToText(int x, int y, int& col, int& line) const;
     void TextToDisplay(int col, int line, int& displayCol, int& displayLine) const;
     void GetTokenAt(int col, int line, int& tokenClass, int& start, int& length) const;
-    void SetupView(int a, int b);
 
     // Beyond the system's list: printing without a dialog, the search behind the find dialog, the parts.
     // The selected text, line endings included.

@@ -25,11 +25,10 @@ QAccessibleInterface* factory(const QString& className, QObject* object) {
 SourceViewAccessible::SourceViewAccessible(SourceViewEditor* view) : QAccessibleWidget(view, QAccessible::EditableText) {}
 
 void SourceViewAccessible::install() {
-    static const bool installed = [] {
+    [[maybe_unused]] static const bool installed = [] {
         QAccessible::installFactory(factory);
         return true;
     }();
-    (void)installed;
 }
 
 QsciScintillaBase& SourceViewAccessible::sci() const { return *static_cast<QsciScintillaBase*>(widget()); }

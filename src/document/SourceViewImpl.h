@@ -23,7 +23,6 @@ struct SourceView::Impl {
     std::unique_ptr<Document> document;  // before the lexer, which reads its Language
     TokenInfo screen;
     TokenInfo print;
-    ViewOptions options;
     std::unique_ptr<SourceLexer> lexer;
     QPointer<FindDialog> findDialog;
 
@@ -32,7 +31,8 @@ struct SourceView::Impl {
     qint32 fore = 0, back = 0, textBack = 0, selFore = 0, selBack = 0;
     MarginStyle marginStyle = MarginStyle::None;
     int lastCol = -1, lastLine = -1;
-    std::array<QMetaObject::Connection, 2> connections;
+    // QScintilla's notices before a change, and of a caret shown: cut off first when the view goes.
+    QMetaObject::Connection textChanging, caretShown;
 
     // Lines changed since LinesChanged was last delivered: the first, and the line count before.
     struct PendingLines {

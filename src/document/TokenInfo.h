@@ -6,6 +6,11 @@
 #include <array>
 #include <functional>
 
+// Font style bits of a token class.
+namespace FontStyle {
+inline constexpr int Bold = 1, Italic = 2, Underline = 4;
+}
+
 class TokenInfo {
 public:
     static constexpr int kClasses = 16;
@@ -34,14 +39,4 @@ private:
         int style = 0;
     };
     std::array<Entry, kClasses> entries_{};
-};
-
-// Kept for the system to set; no option of the original control needs a counterpart here.
-class ViewOptions {
-public:
-    int OptionFlags() const { return flags_; }
-    void setOptionFlags(int f) { flags_ = f; }
-
-private:
-    int flags_ = 0;
 };

@@ -94,14 +94,11 @@ bool frmEditor::event(QEvent* e) {
 }
 
 void frmEditor::Form_Load() {
-    Document& doc = View->document();
-    skipOnFailure([&] { doc.setLanguageMode(3); });
     skipOnFailure([&] {
-        Language& lang = doc.language();
+        Language& lang = View->document().language();
         lang.setSLCommentStart(QStringLiteral("'"));
         lang.setSLCommentStart2(QStringLiteral(";"));
         lang.setStringDelimiter(QStringLiteral("\""));
-        lang.setLanguageFlags(112);
     });
     // The reserved words are read from the table just filled.
     skipOnFailure([&] { InitPBPCodes(); });
@@ -263,7 +260,7 @@ void frmEditor::shiftLines(bool outdent) {
     for (int line = first; line <= last; ++line) {
         skipOnFailure([&] {
             if (!outdent) {
-                doc.InsertImpl(0, line, tab, false);
+                doc.InsertImpl(0, line, tab);
             } else if (doc.GetLine(line).startsWith(QLatin1Char('\t'))) {
                 doc.DeleteImpl(0, line, 1, line);
             } else {
@@ -273,7 +270,7 @@ void frmEditor::shiftLines(bool outdent) {
             }
         });
     }
-    skipOnFailure([&] { doc.UpdateViews(128, first, last, endCol, last); });
+    skipOnFailure([&] { doc.UpdateViews(); });
     skipOnFailure([&] { View->SetSel(0, first, doc.GetLineLength(last), last); });
 }
 

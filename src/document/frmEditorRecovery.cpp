@@ -81,8 +81,8 @@ void restoreRecovered(frmEditor& editor, const RecoveredDocument& recovered) {
     doc.setPathName(recovered.pathName);
     // One edit step over the loaded text, so that Undo shows what the file holds.
     doc.DeleteImpl(0, 0, INT_MAX, INT_MAX);
-    doc.InsertImpl(0, 0, recovered.text, false);
-    doc.UpdateViews(0, 0, 0, 0, 0);
+    doc.InsertImpl(0, 0, recovered.text);
+    doc.UpdateViews();
     editor.View->SetSel(0, 0, 0, 0);
     RecoveryWatch& watch = attachRecovery(editor);
     watch.adopt(recovered.recoveryFile);

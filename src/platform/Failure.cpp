@@ -7,6 +7,15 @@ const char* Failure::what() const noexcept {
     return what_.c_str();
 }
 
+Q_LOGGING_CATEGORY(lcSkipped, "tarnlet.skipped", QtInfoMsg)
+
+void traceSkipped(const Failure& f) {
+    qCDebug(lcSkipped).noquote() << QStringLiteral("skipped failure %1: %2%3")
+                                        .arg(f.number)
+                                        .arg(f.description,
+                                             f.source.isEmpty() ? QString() : QStringLiteral(" (source: %1)").arg(f.source));
+}
+
 namespace {
 Failure withText(long number, const char* text, const QString& detail) {
     return Failure(number, detail.isEmpty() ? QString::fromLatin1(text) : detail);

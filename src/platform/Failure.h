@@ -1,6 +1,7 @@
 #pragma once
 // The one kind of failure that logic and platform code throw, and the two ways a handler meets it.
 
+#include <QLoggingCategory>
 #include <QString>
 #include <exception>
 #include <string>
@@ -52,12 +53,20 @@ Failure fileAccessFailure(const QString& osText);
 // A failure from an errno value, with the OS text; path, when given, stands in front of it.
 Failure osFailure(int err, const QString& path = {});
 
-// Skip mode: a failing step is passed over and the next one runs.
+// Where skip mode leaves a trace of each failure it passes over; off unless switched on, e.g. by
+// QT_LOGGING_RULES="tarnlet.skipped.debug=true".
+Q_DECLARE_LOGGING_CATEGORY(lcSkipped)
+void traceSkipped(const Failure& f);
+
+// Skip mode: a failing step is passed over and the next one runs. It runs on every keystroke's path, so
+// the trace costs one flag test while its category is off.
 template <class Step>
 void skipOnFailure(Step&& step) {
     try {
         step();
-    } catch (const Failure&) {
+    } catch (const Failure& f) {
+        if (lcSkipped().isDebugEnabled())
+            traceSkipped(f);
     }
 }
 

@@ -37,8 +37,8 @@ protected:
     QString write(const QString& name, const QByteArray& bytes) const { return world.write(name, bytes); }
     void typeAtEnd(const QString& text) {
         const int end = doc.NumLines() - 1;
-        doc.InsertImpl(doc.GetLineLength(end), end, text, false);
-        doc.UpdateViews(128, end, end, 0, end);
+        doc.InsertImpl(doc.GetLineLength(end), end, text);
+        doc.UpdateViews();
     }
     // The Failure's number, or 0 when it went through.
     long attempt(void (Document::*op)(const QString&), const QString& p) try {

@@ -115,8 +115,8 @@ TEST(SourceView, PositionsAreCharacterColumnsAndCaretAndLineEventsArriveAtOnce) 
     view.SetSel(0, 1, 0, 1);
     view.SetSel(0, 1, 0, 1);  // no move, no event
     EXPECT_EQ(carets, (Log{{0, 1}}));
-    view.document().InsertImpl(0, 0, "x\ny\n", false);
-    view.document().UpdateViews(128, 0, 0, 0, 0);
+    view.document().InsertImpl(0, 0, "x\ny\n");
+    view.document().UpdateViews();
     EXPECT_EQ(lines, (Log{{0, 2}}));
     EXPECT_EQ(carets.back(), (std::vector{0, 3}));  // the caret's line moved down by two
     lines.clear();  // text changed behind the control's back is told of back in the event loop
@@ -165,8 +165,8 @@ TEST(SourceView, TokensAndTheirStylesComeFromTheTokeniserOnlyWhereTheTextIsSeen)
     view.Refresh();
     paint(view);
     EXPECT_EQ(styleAt(view, 19, 99999), 11);
-    view.document().InsertImpl(0, 0, "a\nb\nc\n", false);
-    view.document().UpdateViews(128, 0, 3, 0, 3);
+    view.document().InsertImpl(0, 0, "a\nb\nc\n");
+    view.document().UpdateViews();
     for (long line : {50003L, 3L}) {
         sci(view).SendScintilla(Sci::SCI_GOTOLINE, line);
         paint(view);

@@ -3,6 +3,7 @@
 #include "platform/QtPrompts.h"
 #include "support/Doubles.h"
 
+#include <QLoggingCategory>
 #include <gtest/gtest.h>
 
 TEST(Failure, ErrorBoxTextAndSkipModeSwallowingOnlyFailures) {
@@ -13,6 +14,31 @@ TEST(Failure, ErrorBoxTextAndSkipModeSwallowingOnlyFailures) {
     skipOnFailure([&] { ++ran; });
     EXPECT_EQ(ran, 1);
     EXPECT_THROW(skipOnFailure([] { throw std::runtime_error("not ours"); }), std::runtime_error);
+}
+
+namespace {
+QStringList traces;
+void keepTrace(QtMsgType, const QMessageLogContext& context, const QString& text) {
+    traces << QString::fromLatin1(context.category) + QStringLiteral(": ") + text;
+}
+}  // namespace
+
+TEST(Failure, SkipModeLeavesATraceOnlyWhenItsCategoryIsOn) {
+    traces.clear();
+    const QtMessageHandler before = qInstallMessageHandler(keepTrace);
+    const auto skip = [] { skipOnFailure([] { throw Failure(53, "File not found", "LoadFile"); }); };
+    skip();
+    EXPECT_EQ(traces, QStringList()) << "off by default";
+    QLoggingCategory::setFilterRules("tarnlet.skipped.debug=true");
+    skip();
+    skipOnFailure([] { throw Failure(-7, "no source"); });
+    skipOnFailure([] {});
+    EXPECT_THROW(skipOnFailure([] { throw std::runtime_error("not ours"); }), std::runtime_error);
+    QLoggingCategory::setFilterRules({});
+    skip();
+    qInstallMessageHandler(before);
+    EXPECT_EQ(traces, QStringList({"tarnlet.skipped: skipped failure 53: File not found (source: LoadFile)",
+                                   "tarnlet.skipped: skipped failure -7: no source"}));
 }
 
 TEST(OpenSave, CancelRaisesOrEmptiesByCancelError) {

@@ -1,0 +1,3 @@
+layer(platform)
+layer(core   USES platform shell)
+layer(shell  USES core platform)
