@@ -3,8 +3,6 @@
 #include "compile/CompileRules.h"
 #include "compile/CompileScript.h"
 #include "compile/CompilerScreen.h"
-#include "core/UsePaths.h"
-#include "platform/WineDosPaths.h"
 #include "compile/frmCompile.h"
 #include "core/Convert.h"
 #include "core/DosPath.h"
@@ -17,10 +15,9 @@
 #include "platform/Failure.h"
 #include "platform/Launcher.h"
 #include "platform/Paths.h"
+#include "platform/ProgramHost.h"
 #include "platform/Prompts.h"
-#include "platform/Wine.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -29,19 +26,9 @@
 #include <QTimer>
 
 #include <cerrno>
-#include <optional>
+#include <memory>
 
 namespace {
-
-#ifdef Q_OS_WIN
-const QString kScriptName = QStringLiteral("runpb.bat");
-QByteArray compileScript(const CompileInputs& in, const std::optional<WineForms>&) { return runpbBat(in); }
-#else
-const QString kScriptName = QStringLiteral("runpb.sh");
-QByteArray compileScript(const CompileInputs& in, const std::optional<WineForms>& win) {
-    return win ? runpbShWine(in, *win) : runpbSh(in);
-}
-#endif
 
 void plainMessage(const QString& text, Icon icon = Icon::None) {
     globals().prompts->message(text, QString(), icon, Buttons::Ok);
@@ -91,31 +78,26 @@ void CompileRun::GoCompile() {
             P = GetDosPath(setting(kind->pathKey));
             O = setting(kind->optionsKey);
         }
-        // A Windows compiler runs through wine and is handed wine's short forms of its own path and of
-        // the document; the script itself keeps the POSIX paths.
-        std::optional<WineForms> win;
-        if (!P.isEmpty() && needsWine(P)) {
-            win.emplace();
-            win->wine = wineProgram();
-            if (win->wine.isEmpty()) {
-                globals().prompts->message(wineMissingMessage(P), QString(), Icon::Critical, Buttons::Ok);
+        // The compiler is handed its own forms of its path and of the document (through wine, Windows
+        // ones); the script itself keeps the platform's.
+        std::unique_ptr<ProgramHost> host;
+        QString hostP, hostD;
+        if (!P.isEmpty()) {
+            try {
+                host = ProgramHost::of(P, *globals().paths, globals().wine);
+            } catch (const Failure& f) {
+                globals().prompts->message(f.description, QString(), Icon::Critical, Buttons::Ok);
                 return;
             }
-            // A server that the compile's own wine starts ends with the compile, and every compile would boot
-            // the prefix anew.
-            keepWineServerWarm(globals().wineServer, QDateTime::currentMSecsSinceEpoch());
-            WineDosPaths winePaths(*globals().paths, {P, D}, &wineShortForms_);
-            const UsePaths use(winePaths);
-            win->P = GetDosPath(P);
+            host->prepareCompile({P, D});
+            hostP = GetDosPath(P, *host);
             if (!D.isEmpty())
-                win->D = GetDosPath(D);
-            if (win->P.isEmpty())
+                hostD = GetDosPath(D, *host);
+            if (hostP.isEmpty())
                 P.clear();
         }
         step = 40;
         const QString C = compilerDirectory(P);
-        if (win)
-            win->C = compilerDirectory(win->P, QLatin1Char('\\'));
         // No drives here: step 50 has nothing to do.
         step = 60;
         const int p = D.lastIndexOf(pathSeparator());
@@ -133,9 +115,9 @@ void CompileRun::GoCompile() {
             return;
         }
         step = 80;
-        const QString script = inApplicationDirectory(kScriptName);
-        // The script's lines need the document's directory, and a Windows compiler the document's form.
-        if (p < 0 || (win && win->D.isEmpty()))
+        const QString script = inApplicationDirectory(compileScriptName(1));
+        // The script's lines need the document's directory, and the compiler the document's own form.
+        if (p < 0 || hostD.isEmpty())
             throw invalidProcedureCall();
         QSaveFile out(script);
         if (QFileInfo(script).isDir())
@@ -145,7 +127,7 @@ void CompileRun::GoCompile() {
         step = 90;
         const QString M = selectCompileDevice(doc_.frame().deviceCombo());
         step = 100;
-        if (out.write(compileScript({D, S, P, O, C, M}, win)) < 0 || !out.commit())
+        if (out.write(host->compileScript({D, S, P, O, C, M}, hostP, hostD)) < 0 || !out.commit())
             throw pathFileAccessError(out.errorString());
         step = 110;
         DeleteFileQuietly(inApplicationDirectory(QStringLiteral("temp.dat")));

@@ -5,7 +5,6 @@
 
 #include "platform/TaggedTimer.h"
 
-#include <QHash>
 #include <QObject>
 #include <QString>
 
@@ -37,8 +36,6 @@ private:
     void takeOutput();
 
     frmEditor& doc_;
-    // Wine's short forms of this document and its compiler, fetched at the first compile through Wine.
-    QHash<QString, QString> wineShortForms_;
 };
 
 // The compile of the active document, as the Compile tool runs it after saving.

@@ -26,6 +26,6 @@ void Globals::reset() {
     PBPDefines.fill(QString());
     ClickedTokenClass = 0;
     CompileProcess.reset();
-    wineServer = {};
+    wine = {};
     loadedWindows.clear();
 }

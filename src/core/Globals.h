@@ -30,8 +30,8 @@ struct Globals {
     qint32 ClickedTokenClass = 0;
     // The hidden compile script, ended by the tick that finds its output.
     std::unique_ptr<HiddenProcess> CompileProcess;
-    // The lasting wine server the compiles use, once started.
-    WineServerRecord wineServer;
+    // What the wine host keeps between runs: the lasting server the compiles use, wine's short forms.
+    WineState wine;
 
     // Loaded top-level windows in loading order: index 0 the frame, then documents and dialogs.
     std::vector<QWidget*> loadedWindows;
