@@ -20,7 +20,7 @@ set(uses_shell compile programmer dialogs document language devices statusbar co
 set(windows_platform "^(Qt|Posix)")
 set(windows_statusbar "^(StatusPicture|PixmapTarget)\\.")
 set(windows_document "^(frmEditor|SourceView|SourceLexer|FindDialog|Document|Positions|EditorColors)")
-set(windows_compile "^(frm|CompilerScreen|CompileRun)")
+set(windows_compile "^(frm|CompilerScreen|CompileSession)")
 set(windows_programmer "^(frm|ProgrammerRun)")
 set(windows_dialogs "^(frm|MyAbout)")
 set(windows_shell "^(MDIMain|ToolBars)")

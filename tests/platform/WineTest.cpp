@@ -139,8 +139,9 @@ TEST(Wine, PathFormsOfNamesWithBlanksQuotesAndNonAsciiLetters) {
 TEST(HiddenProcess, TellsItsEndAndEndsItsWholeGroup) {
     QTemporaryDir dir;
     PosixLauncher launcher;
-    // A script that ends by itself: the callback comes once, through the event loop.
-    const QString quick = writeProgram(dir.filePath("quick.sh"), "echo done > \"$1\"done.txt\n");
+    // A script that ends by itself: the callback comes once, through the event loop, and its status stays
+    // when the group is ended afterwards.
+    const QString quick = writeProgram(dir.filePath("quick.sh"), "echo done > \"$1\"done.txt\nexit 3\n");
     auto p = launcher.startHidden(quick, dir.path());
     ASSERT_GT(p->processId(), 0);
     int calls = 0;
@@ -148,9 +149,11 @@ TEST(HiddenProcess, TellsItsEndAndEndsItsWholeGroup) {
     EXPECT_TRUE(waitFor([&] { return calls == 1; }));
     EXPECT_FALSE(p->running());
     EXPECT_TRUE(QFile::exists(dir.filePath("done.txt")));
+    p->terminate();
+    EXPECT_EQ(p->exitStatus(), 3);
 
     // A script that leaves a child behind in its group: ending it ends the child too, and no callback
-    // comes for an end that was asked for.
+    // nor status comes for an end that was asked for.
     const QString leaves = writeProgram(dir.filePath("leaves.sh"), "sleep 300 &\necho $! > child.pid\nwait\n");
     auto q = launcher.startHidden(leaves, dir.path());
     int qCalls = 0;
@@ -167,6 +170,16 @@ TEST(HiddenProcess, TellsItsEndAndEndsItsWholeGroup) {
     }));
     QCoreApplication::processEvents();
     EXPECT_EQ(qCalls, 0);
+    EXPECT_EQ(q->exitStatus(), std::nullopt);
+
+    // One let run outlives its handle.
+    auto r = launcher.startHidden(writeProgram(dir.filePath("waits.sh"), "while [ ! -e go ]; do sleep 0.02; done\n"
+                                                                          "echo ran > ran.txt\n"),
+                                  dir.path());
+    r->letRun();
+    r.reset();
+    writeProgram(dir.filePath("go"), "");
+    EXPECT_TRUE(waitFor([&] { return readFile(dir.filePath("ran.txt")) == "ran\n"; }));
 }
 
 TEST(PosixLauncher, TerminalCommandQuotesTheScript) {
