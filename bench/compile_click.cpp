@@ -119,7 +119,7 @@ void settle() {
 // medians are the figures.
 void clickAgainstByHand(benchmark::State& state, CompileWorld& w, const std::function<void()>& byHand) {
     byHand();
-    w.compile();  // the first compile of a document makes its compile run (and, for wine, asks for short forms)
+    w.compile();  // the first compile (for wine, it asks for the short forms, kept for later compiles)
     std::vector<double> clicks, hands;
     for (auto _ : state) {
         settle();

@@ -13,7 +13,7 @@ layer(statusbar   USES core platform                              WINDOWS "^(Sta
 layer(devices     USES core platform)
 layer(language    USES core platform)
 layer(document    USES language devices statusbar core platform   WINDOWS "^(frmEditor|SourceView|SourceLexer|FindDialog|Document|Positions|EditorColors)")
-layer(compile     USES document devices core platform             WINDOWS "^(frm|CompilerScreen|CompileRun)")
+layer(compile     USES document devices core platform             WINDOWS "^(frm|CompilerScreen|CompileSession)")
 layer(programmer  USES document devices core platform             WINDOWS "^(frm|ProgrammerRun)")
 layer(dialogs     USES document devices core platform             WINDOWS "^(frm|MyAbout)")
 layer(shell       USES compile programmer dialogs document language devices statusbar core platform  WINDOWS "^(MDIMain|ToolBars|EditorRegistry)")

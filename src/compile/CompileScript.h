@@ -1,58 +1,12 @@
 #pragma once
-// The script a compile runs: runpb.bat on Windows, runpb.sh on POSIX, both from the same inputs.
-// Both remove the old output, go to the document's directory, put the compiler's directory in front of
-// the search path, run the compiler with its standard output redirected, and show that output.
+// The compile's own rules around its script: the device it is for and the options' "-oq". The script
+// writers themselves are the platform's (RunpbScripts.h), since the compiler's host chooses among them.
 
-#include "core/Convert.h"
-#include "platform/Launcher.h"
+#include "platform/RunpbScripts.h"
 
-#include <QByteArray>
-#include <QChar>
 #include <QString>
-#include <QStringList>
 
 class DeviceCombo;
-
-struct CompileInputs {
-    QString D;  // the document's path, as GetDosPath gives it
-    QString S;  // the application directory, as GetDosPath gives it
-    QString P;  // the compiler's path, as GetDosPath gives it
-    QString O;  // the compiler's options, as stored
-    QString C;  // the compiler's directory: compilerDirectory(P)
-    QString M;  // the device without "PIC": compilerDevice(entry)
-};
-
-// The eight CRLF lines of runpb.bat, in the platform's single-byte character set. Throws a Failure
-// (number 5) when D has no backslash past its drive, since line 4 cannot be built then.
-QByteArray runpbBat(const CompileInputs& in);
-
-// runpb.sh in UTF-8: every path single-quoted, the options split into words as optionWords splits
-// them, each quoted unless the shell takes it as it stands. The compiler's standard output, and its standard error in
-// the order written, go to temp.dat.part, renamed to temp.dat when the compiler ends, so temp.dat never
-// holds half an output. Throws a Failure (number 5) when D holds no "/".
-QByteArray runpbSh(const CompileInputs& in);
-
-// What a Windows compiler run through wine is handed instead of the POSIX paths.
-struct WineForms {
-    QString wine;  // the wine program
-    QString P;     // the compiler's short Windows path
-    QString D;     // the document's short Windows path
-    QString C;     // the compiler's Windows directory: compilerDirectory(P, '\\')
-};
-
-// runpb.sh for a Windows compiler: the same steps, with the POSIX D and S for the directory and the
-// output, and the compiler run through wine with its own short path, the options split into words as
-// the Windows runtime splits a command line, "-p" with the device and the document's short path. The
-// compiler's directory goes in front of the Windows search path (WINEPATH), wine's diagnostics are off,
-// and only standard output reaches temp.dat, as on Windows. Nothing reaches the shell unquoted.
-QByteArray runpbShWine(const CompileInputs& in, const WineForms& win);
-
-// The options as the words a program gets: blanks separate, double quotes keep a word together.
-QStringList optionWords(const QString& options);
-
-// The text of P in front of its last separator; empty when P holds none.
-QString compilerDirectory(const QString& P, QChar separator);
-QString compilerDirectory(const QString& P);  // with the platform's separator
 
 // The device entry without its first three characters, the "PIC": PIC16F84 gives 16F84.
 QString compilerDevice(const QString& entry);

@@ -1,5 +1,6 @@
 #include "compile/CompilerScreen.h"
 
+#include "compile/CompileSession.h"
 #include "document/SourceView.h"
 #include "platform/Failure.h"
 #include "platform/Twips.h"
@@ -9,6 +10,8 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QScreen>
+
+#include <algorithm>
 
 namespace {
 constexpr int kEscape = 27;
@@ -31,18 +34,27 @@ QString CompilerScreen::countingTitle(const QString& tag) {
            QStringLiteral(" Secs - Esc to Cancel");
 }
 
-CompilerScreen* CompilerScreen::find() {
+std::vector<CompilerScreen*> CompilerScreen::all() {
+    std::vector<CompilerScreen*> screens;
     for (QWidget* w : globals().loadedWindows)
         if (auto* screen = qobject_cast<CompilerScreen*>(w))
-            return screen;
-    return nullptr;
+            screens.push_back(screen);
+    return screens;
+}
+
+CompilerScreen* CompilerScreen::find() {
+    const std::vector<CompilerScreen*> screens = all();
+    return screens.empty() ? nullptr : screens.front();
+}
+
+CompilerScreen& CompilerScreen::fresh() {
+    const auto& loaded = globals().loadedWindows;
+    return *new CompilerScreen(loaded.empty() ? nullptr : loaded.front());
 }
 
 CompilerScreen& CompilerScreen::instance() {
-    if (CompilerScreen* live = find())
-        return *live;
-    const auto& loaded = globals().loadedWindows;
-    return *new CompilerScreen(loaded.empty() ? nullptr : loaded.front());
+    CompilerScreen* live = find();
+    return live ? *live : fresh();
 }
 
 CompilerScreen::CompilerScreen(QWidget* owner) : QWidget(owner, Qt::Window) {
@@ -80,6 +92,15 @@ void CompilerScreen::startCountdown(const QString& seconds) {
     setWindowTitle(title);
     CompileScreenTimer.start();
 }
+
+bool CompilerScreen::live() const {
+    const auto& loaded = globals().loadedWindows;
+    return std::find(loaded.begin(), loaded.end(), this) != loaded.end();
+}
+
+CompileSession* CompilerScreen::session() const { return session_; }
+
+void CompilerScreen::setSession(CompileSession* session) { session_ = session; }
 
 void CompilerScreen::CompilerOutput_KeyDown(int keyCode, int) {
     if (keyCode != kEscape)

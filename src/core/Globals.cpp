@@ -1,7 +1,5 @@
 #include "core/Globals.h"
 
-#include "platform/Launcher.h"
-
 #include <algorithm>
 
 Globals& globals() {
@@ -25,7 +23,7 @@ void Globals::reset() {
         row.fill(QString());
     PBPDefines.fill(QString());
     ClickedTokenClass = 0;
-    CompileProcess.reset();
-    wineServer = {};
+    runningCompiles.clear();
+    wine = {};
     loadedWindows.clear();
 }

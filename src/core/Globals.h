@@ -6,14 +6,13 @@
 #include <QString>
 #include <QtGlobal>
 #include <array>
-#include <memory>
 #include <vector>
 
+class QObject;
 class QWidget;
 class Prompts;
 class Launcher;
 class Paths;
-class HiddenProcess;
 
 inline constexpr int kPBPCodeRows = 97;
 inline constexpr int kPBPDefineCount = 66;
@@ -28,10 +27,11 @@ struct Globals {
     std::array<QString, kPBPDefineCount> PBPDefines{};
     // Token class under the last mouse button release in any document.
     qint32 ClickedTokenClass = 0;
-    // The hidden compile script, ended by the tick that finds its output.
-    std::unique_ptr<HiddenProcess> CompileProcess;
-    // The lasting wine server the compiles use, once started.
-    WineServerRecord wineServer;
+    // The compiles that wait for their output now, in any document (each a CompileSession), in the
+    // order they started; each holds its own script and output file while it waits.
+    std::vector<QObject*> runningCompiles;
+    // What the wine host keeps between runs: the lasting server the compiles use, wine's short forms.
+    WineState wine;
 
     // Loaded top-level windows in loading order: index 0 the frame, then documents and dialogs.
     std::vector<QWidget*> loadedWindows;

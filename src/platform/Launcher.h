@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <functional>
 #include <memory>
+#include <optional>
 
 // A compile script started without a terminal; ending it ends its whole process group.
 class HiddenProcess {
@@ -17,6 +18,12 @@ public:
     virtual void whenFinished(std::function<void()> callback) { (void)callback; }
     // The script's process id, which is also its process group; 0 when there is none.
     virtual qint64 processId() const { return 0; }
+    // The script's exit status when it ended by itself, also when terminate() came later; none while it
+    // runs, when terminate() ended it, or when it can't tell.
+    virtual std::optional<int> exitStatus() const { return std::nullopt; }
+    // Nobody waits for the script any more: it runs on to its own end, and dropping the handle no longer
+    // ends it. No end is told after this.
+    virtual void letRun() {}
 };
 
 class Launcher {

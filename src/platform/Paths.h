@@ -4,11 +4,16 @@
 #include <QString>
 #include <QStringList>
 
-class Paths {
+// Whatever gives the short form of a path: the platform's paths, or a program's host.
+class ShortPaths {
 public:
-    virtual ~Paths() = default;
+    virtual ~ShortPaths() = default;
     // The form of an existing path that the compile script can use; empty when there is no such path.
     virtual QString shortPath(const QString& path) = 0;
+};
+
+class Paths : public ShortPaths {
+public:
     // The directory the program was started from, without a closing separator.
     virtual QString applicationDirectory() = 0;
     // Where a search for the compilers may start.

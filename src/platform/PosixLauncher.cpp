@@ -3,6 +3,7 @@
 #include "platform/Failure.h"
 #include "platform/Wine.h"
 
+#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QProcess>
@@ -23,14 +24,27 @@ class PosixHiddenProcess : public HiddenProcess {
 public:
     explicit PosixHiddenProcess(std::unique_ptr<QProcess> p) : p_(std::move(p)) {
         pid_ = p_->processId();
-        QObject::connect(p_.get(), &QProcess::finished, p_.get(), [this] {
-            if (!terminated_ && callback_)
-                callback_();
-        });
+        finished_ = QObject::connect(p_.get(), &QProcess::finished, p_.get(),
+                                     [this](int code, QProcess::ExitStatus status) {
+                                         // SIGKILL from terminate() is a crash to QProcess: no status then.
+                                         if (status == QProcess::NormalExit)
+                                             status_ = code;
+                                         if (!terminated_ && callback_)
+                                             callback_();
+                                     });
     }
     ~PosixHiddenProcess() override {
-        if (running())
+        if (!running())
+            return;
+        if (!letRun_) {
             terminate();
+            return;
+        }
+        // The process goes on without us; it is reaped at its end, or ended with the application.
+        QObject::disconnect(finished_);
+        QProcess* p = p_.release();
+        p->setParent(QCoreApplication::instance());
+        QObject::connect(p, &QProcess::finished, p, &QObject::deleteLater);
     }
     void terminate() override {
         terminated_ = true;
@@ -42,12 +56,20 @@ public:
     bool running() const override { return p_->state() != QProcess::NotRunning; }
     void whenFinished(std::function<void()> callback) override { callback_ = std::move(callback); }
     qint64 processId() const override { return pid_; }
+    std::optional<int> exitStatus() const override { return status_; }
+    void letRun() override {
+        letRun_ = true;
+        callback_ = {};
+    }
 
 private:
     std::unique_ptr<QProcess> p_;
     qint64 pid_ = 0;
     bool terminated_ = false;
+    bool letRun_ = false;
+    std::optional<int> status_;
     std::function<void()> callback_;
+    QMetaObject::Connection finished_;
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 // Windows programs on a POSIX system, through the wine found on PATH, in the user's own WINEPREFIX
 // (wine's default, ~/.wine, when none is set).
 
+#include <QHash>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
@@ -12,6 +13,12 @@ QString wineProgram();
 struct WineServerRecord {
     QString prefix;
     qint64 lastUseMs = -1;  // -1: none of ours is known to run
+};
+// What the wine host of the programs keeps for the whole process.
+struct WineState {
+    WineServerRecord server;
+    // Wine's short DOS forms, by prefix and platform short form.
+    QHash<QString, QString> shortForms;
 };
 // Whether a compile at nowMs must ask for a lasting server: ours may have ended, or run in another prefix.
 bool wineServerCheckDue(const WineServerRecord& ours, const QString& prefix, qint64 nowMs);

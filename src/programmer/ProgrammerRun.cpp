@@ -10,10 +10,8 @@
 #include "platform/Failure.h"
 #include "platform/Launcher.h"
 #include "platform/Prompts.h"
+#include "platform/ProgramHost.h"
 #include "programmer/ProgrammerTemplate.h"
-#include "core/UsePaths.h"
-#include "platform/Wine.h"
-#include "platform/WineDosPaths.h"
 #include "programmer/frmProgrammer.h"
 
 #include <QDir>
@@ -36,23 +34,11 @@ void GoProgram(frmEditor& doc) {
         if (options.contains(QLatin1Char('{'))) {
             const QString pathName = doc.View->document().PathName();
             DeviceCombo& devices = doc.frame().deviceCombo();
-            if (needsWine(path)) {
-                // A Windows programmer gets Windows paths: Z:\... for the Win tokens, Wine's short DOS
-                // form (with GetDosPath's own message for a file that isn't there) for the DOS tokens.
-                const QString hex = hexFileName(pathName);
-                WineDosPaths winePaths(*globals().paths, {pathName, hex});
-                const UsePaths use(winePaths);
-                ExpandCommandLineTokens(options, [&](const QString& token) {
-                    if (token.compare(QLatin1String("{FileNameWinPath}"), Qt::CaseInsensitive) == 0)
-                        return wineWindowsPath(pathName);
-                    if (token.compare(QLatin1String("{HexFileWinPath}"), Qt::CaseInsensitive) == 0)
-                        return wineWindowsPath(hex);
-                    return TokenValue(token, pathName, devices);
-                });
-            } else {
-                ExpandCommandLineTokens(options,
-                                        [&](const QString& token) { return TokenValue(token, pathName, devices); });
-            }
+            // A Windows programmer gets the Windows forms of the paths. Without wine, the failure the launch
+            // would give comes before any token is worked out.
+            const auto host = ProgramHost::of(path, *globals().paths, globals().wine);
+            ExpandCommandLineTokens(options,
+                                    [&](const QString& token) { return TokenValue(token, pathName, devices, *host); });
         }
         const ProgrammerCommand command = programmerCommand(path, options);
         launching = true;

@@ -2,12 +2,11 @@
 
 #include "core/DeviceCombo.h"
 #include "core/DosPath.h"
-#include "platform/Failure.h"
+#include "core/Convert.h"
 #include "platform/Paths.h"
+#include "platform/ProgramHost.h"
 
 #include <QProcess>
-
-#include "core/Convert.h"
 
 namespace {
 
@@ -47,15 +46,15 @@ QString hexFileName(const QString& pathName) {
 
 QString selectProgrammerDevice(DeviceCombo& combo) { return selectDeviceForTools(combo); }
 
-QString TokenValue(const QString& token, const QString& pathName, DeviceCombo& devices) {
+QString TokenValue(const QString& token, const QString& pathName, DeviceCombo& devices, ProgramHost& host) {
     if (isToken(token, "{FILENAMEDOSPATH}"))
-        return GetDosPath(pathName);
+        return GetDosPath(pathName, host);
     if (isToken(token, "{FILENAMEWINPATH}"))
-        return pathName;
+        return host.fullPath(pathName);
     if (isToken(token, "{HEXFILEDOSPATH}"))
-        return GetDosPath(hexFileName(pathName));
+        return GetDosPath(hexFileName(pathName), host);
     if (isToken(token, "{HEXFILEWINPATH}"))
-        return hexFileName(pathName);
+        return host.fullPath(hexFileName(pathName));
     if (isToken(token, "{DEVICENAME}"))
         return selectProgrammerDevice(devices);
     return {};

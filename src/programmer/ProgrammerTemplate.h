@@ -10,6 +10,7 @@
 #include <optional>
 
 class DeviceCombo;
+class ProgramHost;
 
 // One programmer kind with its own two keys, so that switching kinds loses nothing.
 struct ProgrammerKind {
@@ -34,9 +35,10 @@ QString selectProgrammerDevice(DeviceCombo& combo);
 // Gives the value of one brace token, braces included.
 using TokenValueFn = std::function<QString(const QString& token)>;
 
-// The token values of a native programmer: paths as this platform writes them, the short forms through
-// GetDosPath (which reports a missing file itself and gives the empty string). Unknown tokens give "".
-QString TokenValue(const QString& token, const QString& pathName, DeviceCombo& devices);
+// The token values for a programmer that runs on host: the Win tokens the whole paths as it reads them,
+// the DOS tokens GetDosPath with the host (which reports a missing file itself and gives the empty
+// string). Unknown tokens give "".
+QString TokenValue(const QString& token, const QString& pathName, DeviceCombo& devices, ProgramHost& host);
 
 // Replaces the tokens of a template in place, each token's value worked out once through tokenValue.
 void ExpandCommandLineTokens(QString& options, const TokenValueFn& tokenValue);

@@ -1,5 +1,5 @@
 // The frame's command handler: every tool click arrives here and runs its command.
-#include "compile/CompileRun.h"
+#include "compile/CompileSession.h"
 #include "compile/frmCompile.h"
 #include "dialogs/MyAbout.h"
 #include "programmer/ProgrammerRun.h"
@@ -220,7 +220,7 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
              frmEditor& doc = f.active();
              // The compiler sees what is on the screen; a failed save starts no compile.
              doc.View->document().SaveFile(doc.View->document().PathName());
-             GoCompile(doc);
+             CompileSession::start(doc);
              return true;
          }},
         {ToolId::CompilerOptions,

@@ -32,6 +32,11 @@ TEST(RunpbBat, IsTheEightCrlfLinesWithTheirEdgeCases) {
     };
     for (const auto& [D, P, O, part] : lines)
         EXPECT_TRUE(bat(D, P, O).contains(part)) << bat(D, P, O).toStdString();
+    // A second compile at the same time names its own output wherever temp.dat stood.
+    CompileInputs second{.D = "C:\\X.BAS", .S = "C:\\IDE", .P = "PBPW.EXE", .O = "", .C = "", .M = "16F84"};
+    const QByteArray first = runpbBat(second);
+    second.output = "temp2.dat";
+    EXPECT_EQ(runpbBat(second), QByteArray(first).replace("temp.dat", "temp2.dat"));
     // No backslash past the drive: line 4 cannot be built.
     for (const char* d : {"", "BLINK.BAS", "\\BLINK.BAS", "C\\BLINK.BAS"})
         EXPECT_EQ(failureNumber([&] { bat(d); }), 5) << d;
@@ -55,6 +60,9 @@ TEST(RunpbSh, TakesTheSameStepsWithQuotedPaths) {
               QByteArray("#!/bin/sh\nrm -f -- '/temp.dat' '/temp.dat.part'\ncd -- '/'\nexport PATH\n"
                          "echo 'Compiling.... Please Wait.'\n'PBPW' -p'16F84A' '/blink.pbp' >'/temp.dat.part' 2>&1\n"
                          "mv -f -- '/temp.dat.part' '/temp.dat'\ncat -- '/temp.dat'\n"));
+    const QByteArray first = runpbSh(in);
+    in.output = "temp2.dat";
+    EXPECT_EQ(runpbSh(in), QByteArray(first).replace("temp.dat", "temp2.dat"));
     in.D = "blink.pbp";
     EXPECT_THROW(runpbSh(in), Failure);
 }

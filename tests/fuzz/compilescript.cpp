@@ -5,6 +5,7 @@
 // directory, then the compiler's and the document's Windows forms for the run through wine.
 #include "FuzzWorld.h"
 #include "compile/CompileScript.h"
+#include "core/Convert.h"
 
 #include <QDir>
 

@@ -3,6 +3,8 @@
 
 #include "compile/frmCompile.h"
 
+#include <QPointer>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 const QString kGpasm = QStringLiteral("/usr/bin/gpasm");
@@ -19,8 +21,8 @@ TEST(Compile, GoodSourceWithRealGpasmWritesItsHexAndCountsDown) {
     ASSERT_TRUE(t.waitAndTick());
     EXPECT_FALSE(t.run().CheckFile.isActive());
     // The handle stays, its process group is gone.
-    ASSERT_NE(globals().CompileProcess, nullptr);
-    EXPECT_FALSE(globals().CompileProcess->running());
+    ASSERT_NE(t.run().process(), nullptr);
+    EXPECT_FALSE(t.run().process()->running());
     EXPECT_EQ(t.screen().windowTitle(), "Compiler Output - Auto Close in: 5 Secs - Esc to Cancel");
     EXPECT_TRUE(t.screen().CompileScreenTimer.isActive());
     EXPECT_TRUE(QFileInfo::exists(t.w.file("my 'led' work/blink.hex")));
@@ -114,7 +116,7 @@ TEST(Compile, FailuresAreReportedWithTheirStep) {
     EXPECT_EQ(t.w.launcher.launches[0].kind, LaunchRecord::Terminal);
     EXPECT_EQ(t.lastBox().text, "Unable to launch application.");
     EXPECT_TRUE(t.run().CheckFile.isActive());
-    EXPECT_EQ(globals().CompileProcess, nullptr);
+    EXPECT_EQ(t.run().process(), nullptr);
 }
 
 TEST(Compile, OptionsSwitchRefiltersTheDeviceListAndKeepsTheIndex) {
@@ -135,4 +137,115 @@ TEST(Compile, OptionsSwitchRefiltersTheDeviceListAndKeepsTheIndex) {
     combo.SetListIndex(2);
     chooseCompiler(1);
     EXPECT_EQ(combo.ListIndex(), -1);
+}
+
+namespace {
+
+// A compiler that waits until a flag file beside its source appears, then names the source and prints it.
+const QByteArray kWaitingCompiler = "#!/bin/sh\nfor a; do src=$a; done\n"
+                                    "while [ ! -e \"$src.go\" ]; do sleep 0.02; done\n"
+                                    "echo \"output of $(basename \"$src\")\"\ncat \"$src\"\n";
+const QString kWaiting = QStringLiteral("Compiling Please Wait.....");
+const QString kCounting = QStringLiteral("Compiler Output - Auto Close in: 5 Secs - Esc to Cancel");
+
+// Lets a waiting compiler of the document go on.
+void release(frmEditor* d) { writeProgram(d->Caption() + ".go", ""); }
+
+}  // namespace
+
+TEST(CompileSession, TwoDocumentsCompilingAtOnceKeepTheirOwnFilesOutputDecisionAndScreen) {
+    QTemporaryDir scratch;
+    CompileFrame t("ERROR in first\n", writeProgram(scratch.filePath("PBPW"), kWaitingCompiler), true, "a/first.pbp");
+    frmEditor* first = t.doc();
+    t.openFile(t.w.write("b/second.pbp", "all fine\n"));
+    frmEditor* second = t.doc();
+    ASSERT_NE(first, second);
+    CompileSession& a = t.compile(first);
+    CompileSession& b = t.compile(second);
+    QSignalSpy aEnded(&a, &CompileSession::ended), bEnded(&b, &CompileSession::ended);
+    ASSERT_TRUE(a.running() && b.running());
+    // The first keeps today's names; the second its own, in a script written for it.
+    EXPECT_EQ(QStringList({a.scriptFile(), a.outputFile(), b.scriptFile(), b.outputFile()}),
+              QStringList({t.w.file("runpb.sh"), t.w.file("temp.dat"), t.w.file("runpb2.sh"), t.w.file("temp2.dat")}));
+    EXPECT_EQ(readFile(b.scriptFile()), runpbSh(b.inputs()));
+    EXPECT_EQ(b.inputs().D, second->Caption());
+    ASSERT_TRUE(a.screen() && b.screen());
+    EXPECT_NE(a.screen(), b.screen());
+    EXPECT_EQ(a.screen(), CompilerScreen::find()) << "the first compile has the one screen of a single compile";
+    EXPECT_EQ(b.screen()->CompilerOutput->Text(), kWaiting);
+
+    // The second finishes first, without an error line: its screen counts down, the first still waits.
+    release(second);
+    ASSERT_TRUE(waitFor([&] { return !b.running(); }));
+    EXPECT_EQ(b.outcome(), CompileSession::Outcome::OutputFound);
+    EXPECT_EQ(b.outputLines(), QStringList({"output of second.pbp", "all fine"}));
+    EXPECT_FALSE(b.hasErrorLine());
+    EXPECT_EQ(b.exitStatus(), 0);
+    EXPECT_EQ(b.screen()->CompilerOutput->Text(), b.output());
+    EXPECT_EQ(b.screen()->windowTitle(), kCounting);
+    EXPECT_TRUE(a.running());
+    EXPECT_EQ(a.screen()->CompilerOutput->Text(), kWaiting);
+    EXPECT_EQ(QList<int>({int(aEnded.count()), int(bEnded.count())}), QList<int>({0, 1}));
+
+    // Then the first, with one: its screen stays; the second's keeps counting with its own text.
+    release(first);
+    ASSERT_TRUE(waitFor([&] { return !a.running(); }));
+    EXPECT_EQ(a.outputLines(), QStringList({"output of first.pbp", "ERROR in first"}));
+    EXPECT_TRUE(a.hasErrorLine());
+    EXPECT_EQ(a.screen()->CompilerOutput->Text(), a.output());
+    EXPECT_EQ(a.screen()->windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
+    EXPECT_FALSE(a.screen()->CompileScreenTimer.isActive());
+    EXPECT_EQ(b.screen()->CompilerOutput->Text(), b.output());
+    EXPECT_TRUE(b.screen()->CompileScreenTimer.isActive());
+    EXPECT_EQ(QList<int>({int(aEnded.count()), int(bEnded.count())}), QList<int>({1, 1}));
+    EXPECT_TRUE(t.w.prompts.boxes.empty());
+}
+
+TEST(CompileSession, OneAfterTheOtherTheScreenPassesOnAndARecompileOrACloseEndsTheWait) {
+    QTemporaryDir scratch;
+    CompileFrame t("ERROR in first\n", writeProgram(scratch.filePath("PBPW"), kWaitingCompiler), true, "a/first.pbp");
+    frmEditor* first = t.doc();
+    t.openFile(t.w.write("b/second.pbp", "all fine\n"));
+    frmEditor* second = t.doc();
+    release(first);
+    release(second);
+    CompileSession& a = t.compile(first);
+    ASSERT_TRUE(waitFor([&] { return !a.running(); }));
+    CompilerScreen* shared = a.screen();
+    ASSERT_NE(shared, nullptr);
+    // The next compile takes the screen over and the files back; the first keeps what it found.
+    CompileSession& b = t.compile(second);
+    EXPECT_EQ(b.outputFile(), t.w.file("temp.dat"));
+    EXPECT_EQ(b.screen(), shared);
+    EXPECT_EQ(a.screen(), nullptr);
+    ASSERT_TRUE(waitFor([&] { return !b.running(); }));
+    EXPECT_EQ(QStringList({a.output(), b.output()}), QStringList({"output of first.pbp\nERROR in first\n",
+                                                                   "output of second.pbp\nall fine\n"}));
+    EXPECT_EQ(QList<bool>({a.hasErrorLine(), b.hasErrorLine()}), QList<bool>({true, false}));
+    EXPECT_EQ(shared->CompilerOutput->Text(), b.output());
+    EXPECT_EQ(shared->windowTitle(), kCounting);
+
+    // A new compile of a document whose compile still runs ends that one first, process group and all.
+    QFile::remove(second->Caption() + ".go");
+    CompileSession& old = t.compile(second);
+    QPointer<CompileSession> gone(&old);
+    QSignalSpy oldEnded(&old, &CompileSession::ended);
+    CompileSession& now = t.compile(second);
+    EXPECT_NE(&now, &old);
+    EXPECT_EQ(old.outcome(), CompileSession::Outcome::Stopped);
+    EXPECT_FALSE(old.CheckFile.isActive() || old.process()->running());
+    EXPECT_EQ(oldEnded.count(), 1);
+    EXPECT_EQ(now.outputFile(), t.w.file("temp.dat"));
+    EXPECT_EQ(CompileSession::of(*second), &now);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(gone.isNull());
+
+    // Closing the document ends the wait; its script runs on to its end, and nobody reads the output.
+    QSignalSpy nowEnded(&now, &CompileSession::ended);
+    const QString flag = second->Caption() + ".go";
+    ASSERT_TRUE(second->subWindow()->close());
+    EXPECT_EQ(nowEnded.count(), 1);
+    EXPECT_EQ(now.outcome(), CompileSession::Outcome::Stopped);
+    writeProgram(flag, "");
+    EXPECT_TRUE(waitFor([&] { return QFileInfo::exists(t.w.file("temp.dat")); }));
 }

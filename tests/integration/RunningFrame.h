@@ -1,6 +1,6 @@
 #pragma once
 // A frame over a fresh world with the platform doubles, and the reads the integration tests make of it.
-#include "compile/CompileRun.h"
+#include "compile/CompileSession.h"
 #include "compile/CompilerScreen.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
@@ -20,6 +20,8 @@
 #include <QSettings>
 #include <QThread>
 #include <gtest/gtest.h>
+
+#include <stdexcept>
 
 struct RunningFrame {
     TestWorld w;
@@ -89,7 +91,13 @@ struct CompileFrame : RunningFrame {
             s->close();
         QDir::setCurrent(QDir::tempPath());
     }
-    CompileRun& run() { return CompileRun::of(*doc()); }
+    // The active document's latest compile.
+    CompileSession& run() {
+        CompileSession* s = CompileSession::of(*doc());
+        if (!s)
+            throw std::logic_error("the document never compiled");
+        return *s;
+    }
     CompilerScreen& screen() { return CompilerScreen::instance(); }  // a fresh one fails the checks, not the run
     // The compiler runs on its own; wait (bounded) for its output as the tick would, then tick once.
     bool waitAndTick() {
@@ -105,6 +113,16 @@ struct CompileFrame : RunningFrame {
             return false;
         run().CheckFile.start(3600 * 1000);
         return waitFor([&] { return !run().CheckFile.isActive(); });
+    }
+    // Compiles the document as the Compile tool does when it is active, and parks the once-a-second tick:
+    // the script's end brings the tick.
+    CompileSession& compile(frmEditor* d) {
+        f->mdiArea()->setActiveSubWindow(d->subWindow());
+        click("ID_Compile");
+        CompileSession& s = run();
+        if (s.CheckFile.isActive())
+            s.CheckFile.start(3600 * 1000);
+        return s;
     }
     QStringList boxTexts() {
         QStringList texts;

@@ -86,8 +86,8 @@ TEST(WineCompile, WindowsCompilerGetsItsShortFormsAndItsProcessTreeEnds) {
                   "\narg=-ampasm\narg=-i C:\\my inc\narg=-p16F84A\narg=" + dos[1] + "\n");
 
     // The child the compiler left behind went with the compile; the user's own program did not.
-    ASSERT_NE(globals().CompileProcess, nullptr);
-    EXPECT_FALSE(globals().CompileProcess->running());
+    ASSERT_NE(t.run().process(), nullptr);
+    EXPECT_FALSE(t.run().process()->running());
     EXPECT_TRUE(waitFor([&] { return processesWith({"PBPW.EXE", "--sleep"}).isEmpty(); }));
     const QList<qint64> users = processesWith({"userprog.exe", "--stay"});
     EXPECT_EQ(users.size(), 1);

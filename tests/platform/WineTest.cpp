@@ -3,7 +3,9 @@
 #include "platform/Failure.h"
 #include "platform/PeImage.h"
 #include "platform/PosixLauncher.h"
+#include "platform/ProgramHost.h"
 #include "platform/Wine.h"
+#include "support/Doubles.h"
 #include "support/Files.h"
 
 #include <QTemporaryDir>
@@ -18,6 +20,29 @@ struct PathWithoutWine {
     QByteArray old = qgetenv("PATH");
     PathWithoutWine() { qputenv("PATH", "/nonexistent-dir"); }
     ~PathWithoutWine() { qputenv("PATH", old); }
+};
+
+// A wine and a wineserver of the test's own in front of PATH: winepath's -w gives Z: and backslashes, -s
+// the upper case; each run leaves a line in runs.txt beside them.
+struct FakeWine {
+    QTemporaryDir dir;
+    QByteArray oldPath = qgetenv("PATH");
+    FakeWine() {
+        writeProgram(dir.filePath("wine"), "#!/bin/sh\nprintf '%s\\n' \"$*\" >> \"$(dirname \"$0\")/runs.txt\"\n"
+                                           "flag=$2; shift 2\nfor a; do\n  if [ \"$flag\" = -w ]; then "
+                                           "printf 'Z:%s\\n' \"$a\" | tr / '\\\\'; else printf '%s\\n' \"$a\" | "
+                                           "tr a-z A-Z; fi\ndone\n");
+        writeProgram(dir.filePath("wineserver"),
+                     "#!/bin/sh\necho \"wineserver $*\" >> \"$(dirname \"$0\")/runs.txt\"\n");
+        qputenv("PATH", dir.path().toLocal8Bit() + ":" + oldPath);
+    }
+    ~FakeWine() { qputenv("PATH", oldPath); }
+    // The runs since the last call.
+    QStringList runs() {
+        const QString text = QString::fromUtf8(readFile(dir.filePath("runs.txt")));
+        QFile::remove(dir.filePath("runs.txt"));
+        return text == "<missing>" ? QStringList() : text.split('\n', Qt::SkipEmptyParts);
+    }
 };
 
 bool processExists(qint64 pid) { return ::kill(pid_t(pid), 0) == 0; }
@@ -114,8 +139,9 @@ TEST(Wine, PathFormsOfNamesWithBlanksQuotesAndNonAsciiLetters) {
 TEST(HiddenProcess, TellsItsEndAndEndsItsWholeGroup) {
     QTemporaryDir dir;
     PosixLauncher launcher;
-    // A script that ends by itself: the callback comes once, through the event loop.
-    const QString quick = writeProgram(dir.filePath("quick.sh"), "echo done > \"$1\"done.txt\n");
+    // A script that ends by itself: the callback comes once, through the event loop, and its status stays
+    // when the group is ended afterwards.
+    const QString quick = writeProgram(dir.filePath("quick.sh"), "echo done > \"$1\"done.txt\nexit 3\n");
     auto p = launcher.startHidden(quick, dir.path());
     ASSERT_GT(p->processId(), 0);
     int calls = 0;
@@ -123,9 +149,11 @@ TEST(HiddenProcess, TellsItsEndAndEndsItsWholeGroup) {
     EXPECT_TRUE(waitFor([&] { return calls == 1; }));
     EXPECT_FALSE(p->running());
     EXPECT_TRUE(QFile::exists(dir.filePath("done.txt")));
+    p->terminate();
+    EXPECT_EQ(p->exitStatus(), 3);
 
     // A script that leaves a child behind in its group: ending it ends the child too, and no callback
-    // comes for an end that was asked for.
+    // nor status comes for an end that was asked for.
     const QString leaves = writeProgram(dir.filePath("leaves.sh"), "sleep 300 &\necho $! > child.pid\nwait\n");
     auto q = launcher.startHidden(leaves, dir.path());
     int qCalls = 0;
@@ -142,6 +170,16 @@ TEST(HiddenProcess, TellsItsEndAndEndsItsWholeGroup) {
     }));
     QCoreApplication::processEvents();
     EXPECT_EQ(qCalls, 0);
+    EXPECT_EQ(q->exitStatus(), std::nullopt);
+
+    // One let run outlives its handle.
+    auto r = launcher.startHidden(writeProgram(dir.filePath("waits.sh"), "while [ ! -e go ]; do sleep 0.02; done\n"
+                                                                          "echo ran > ran.txt\n"),
+                                  dir.path());
+    r->letRun();
+    r.reset();
+    writeProgram(dir.filePath("go"), "");
+    EXPECT_TRUE(waitFor([&] { return readFile(dir.filePath("ran.txt")) == "ran\n"; }));
 }
 
 TEST(PosixLauncher, TerminalCommandQuotesTheScript) {
@@ -174,4 +212,47 @@ TEST(Wine, LastingServerIsAskedForOnlyWhenOursMayHaveEnded) {
         EXPECT_EQ(record.lastUseMs, -1);
     }
     qputenv("WINEPREFIX", oldPrefix);
+}
+
+TEST(ProgramHost, NativeOrThroughWineIsTheProgramsOwnAndSoAreItsPathForms) {
+    QTemporaryDir tmp;
+    FakePaths paths(tmp.path());
+    WineState wine;
+    const QString compiler = writeProgram(tmp.filePath("pbp dir/PBPW.EXE"), peHead());
+    const QString script = writeProgram(tmp.filePath("PBPW"), "#!/bin/sh\n");
+    const QString source = writeProgram(tmp.filePath("led/blink.pbp"), ""), missing = tmp.filePath("led/no.hex");
+    const CompileInputs in{.D = source, .S = tmp.path(), .P = compiler, .O = "-v", .C = tmp.filePath("pbp dir"),
+                           .M = "16F84A"};
+    {
+        PathWithoutWine noWine;
+        // A native program reads the paths as they are; the missing wine is no matter to it.
+        const auto native = ProgramHost::of(script, paths, wine);
+        EXPECT_EQ(QStringList({native->fullPath(missing), native->shortPath(source), native->shortPath(missing)}),
+                  QStringList({missing, source, ""}));
+        EXPECT_EQ(native->compileScript(in, "ignored", "ignored"), runpbSh(in));
+        // A Windows program can't run: the one message, as a failure.
+        try {
+            ProgramHost::of(compiler, paths, wine);
+            ADD_FAILURE() << "a host without wine";
+        } catch (const Failure& f) {
+            EXPECT_EQ(f.number, 5);
+            EXPECT_EQ(f.description, wineMissingMessage(compiler));
+        }
+    }
+    FakeWine fake;
+    const auto host = ProgramHost::of(compiler, paths, wine);
+    auto windows = [](QString path) { return "Z:" + path.replace('/', '\\'); };
+    const QString P = windows(compiler).toUpper(), D = windows(source).toUpper();
+    // A compile warms the lasting server and asks wine once for both short forms; later questions cost nothing.
+    host->prepareCompile({compiler, source, missing});
+    EXPECT_EQ(fake.runs(), QStringList({"wineserver -p600", "winepath.exe -w " + compiler + " " + source,
+                                        "winepath.exe -s " + windows(compiler) + " " + windows(source)}));
+    EXPECT_GE(wine.server.lastUseMs, 0);
+    EXPECT_EQ(QStringList({host->shortPath(compiler), host->shortPath(source), host->shortPath(missing)}),
+              QStringList({P, D, ""}));
+    EXPECT_EQ(ProgramHost::of(compiler, paths, wine)->shortPath(source), D) << "one cache for the process";
+    EXPECT_EQ(fake.runs(), QStringList());
+    EXPECT_EQ(host->fullPath(missing), windows(missing));
+    EXPECT_EQ(host->compileScript(in, P, D),
+              runpbShWine(in, {.wine = fake.dir.filePath("wine"), .P = P, .D = D, .C = P.left(P.lastIndexOf('\\'))}));
 }

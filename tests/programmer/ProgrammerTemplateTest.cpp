@@ -1,5 +1,6 @@
 // The command line template: token expansion, the token values, the hex file name, the programmer's
 // directory and the split into arguments.
+#include "platform/ProgramHost.h"
 #include "programmer/ProgrammerTemplate.h"
 #include "support/Doubles.h"
 #include "support/FakeDeviceCombo.h"
@@ -46,7 +47,8 @@ TEST(ProgrammerTemplate, TokenValuesHexFileDirectoryAndArguments) {
     FakeDeviceCombo combo;
     combo.entries = {"PIC16F84", "PIC12F675", "PIC"};
     const QString doc = w.write("blink.bas", "x"), hex = w.file("blink.hex");
-    auto value = [&](const char* token) { return TokenValue(token, doc, combo); };
+    const auto host = ProgramHost::native(w.paths);
+    auto value = [&](const char* token) { return TokenValue(token, doc, combo, *host); };
     EXPECT_EQ(QStringList({value("{FileNameWinPath}"), value("{FILENAMEDOSPATH}"), value("{hexfilewinpath}")}),
               QStringList({doc, doc, hex}));
     EXPECT_TRUE(w.prompts.boxes.empty());
