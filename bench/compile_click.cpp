@@ -2,6 +2,7 @@
 // running the same compiler by hand and waiting for it, in turns in the same run: a native compiler (a shell
 // script) and a Windows compiler under a warm Wine.
 #include "BenchMain.h"
+#include "core/ToolIds.h"
 #include "compile/CompilerScreen.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
@@ -64,7 +65,7 @@ struct CompileWorld {
     }
     // One compile from the click; false when the output never came.
     bool compile() {
-        frame->SSActiveToolBars1_ToolClick(frame->toolBars().Tools().Item(QStringLiteral("ID_Compile")));
+        frame->SSActiveToolBars1_ToolClick(frame->toolBars().Tools().Item(QLatin1String(ToolId::Compile)));
         // Sleeps in the event loop as the IDE does; a busy poll here would take a core from the compiler.
         QEventLoop loop;
         QTimer poll;

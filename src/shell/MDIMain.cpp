@@ -1,5 +1,6 @@
 #include "shell/MDIMain.h"
 
+#include "compile/CompileSession.h"
 #include "dialogs/MyAbout.h"
 #include "dialogs/frmGotoLine.h"
 #include "document/Document.h"
@@ -300,6 +301,9 @@ void MDIMain::EnableTools() {
         return;
     ToolState state = documentToolState(*editors_);
     state.clipboardText = clipboardHasText();
+    if (const frmEditor* doc = editors_->active())
+        if (const CompileSession* compile = CompileSession::of(*doc))
+            state.compiling = compile->running();
     // Runs on every caret move: the tools are written only when something they follow changed.
     if (toolState_ == state)
         return;

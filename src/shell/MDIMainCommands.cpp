@@ -220,7 +220,10 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
              frmEditor& doc = f.active();
              // The compiler sees what is on the screen; a failed save starts no compile.
              doc.View->document().SaveFile(doc.View->document().PathName());
-             CompileSession::start(doc);
+             CompileSession& compile = CompileSession::start(doc);
+             // The Compile tool rests while this document's compile runs.
+             QObject::connect(&compile, &CompileSession::ended, &f, [&f] { f.EnableTools(); });
+             f.EnableTools();
              return true;
          }},
         {ToolId::CompilerOptions,

@@ -13,7 +13,7 @@ TEST(Compile, GoodSourceWithRealGpasmWritesItsHexAndCountsDown) {
     if (!QFileInfo::exists(kGpasm))
         GTEST_SKIP() << "gpasm is not installed";
     CompileFrame t("\tlist p=16f84a\n\torg 0\n\tgoto start\nstart\tbsf 3,5\n\tend\n", kGpasm);
-    t.click("ID_Compile");
+    t.click(ToolId::Compile);
     ASSERT_NE(CompilerScreen::find(), nullptr);
     EXPECT_TRUE(t.screen().isVisible());
     EXPECT_EQ(t.screen().CompilerOutput->Text(), "Compiling Please Wait.....");
@@ -36,7 +36,7 @@ TEST(Compile, AnErrorLineFromRealGpasmKeepsTheScreen) {
     if (!QFileInfo::exists(kGpasm))
         GTEST_SKIP() << "gpasm is not installed";
     CompileFrame t("\torg 0\n\tgoto nowhere\n\tend\n", kGpasm);
-    t.click("ID_Compile");
+    t.click(ToolId::Compile);
     ASSERT_TRUE(t.waitAndTick());
     EXPECT_EQ(t.screen().windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
     EXPECT_FALSE(t.screen().CompileScreenTimer.isActive());
@@ -51,7 +51,7 @@ TEST(Compile, FakeCompilerBannerAndArguments) {
     CompileFrame t("HIGH PORTB.0\n", fake);
     saveSetting(Key::CompilerCommandLineOptions, "  -ampasm -oq ");
     saveSetting(Key::AutoCloseCW, "0");
-    t.click("ID_Compile");
+    t.click(ToolId::Compile);
     ASSERT_TRUE(t.waitAndTick());
     EXPECT_EQ(t.f->PBPVersion(), "PICBASIC PRO(TM) COMPILER 2.60, ");
     EXPECT_EQ(t.screen().windowTitle(), "Compiler Output - Esc to Close") << "AutoCloseCW 0: no countdown";
@@ -63,7 +63,7 @@ TEST(Compile, TheThirtiethTickTimesOutEvenWhenItFindsTheOutput) {
     for (bool outputAtLastTick : {false, true}) {
         SCOPED_TRACE(outputAtLastTick);
         CompileFrame t("x\n", "/bin/true", false);  // the fake launcher starts nothing
-        t.click("ID_Compile");
+        t.click(ToolId::Compile);
         ASSERT_EQ(t.w.launcher.launches.size(), 1u);
         EXPECT_EQ(t.w.launcher.launches[0].kind, LaunchRecord::Hidden);
         for (int i = 0; i < 29; ++i)
@@ -83,24 +83,24 @@ TEST(Compile, TheThirtiethTickTimesOutEvenWhenItFindsTheOutput) {
 
 TEST(Compile, FailuresAreReportedWithTheirStep) {
     CompileFrame t("x\n", "/no/such/PBPW.EXE", false);
-    t.click("ID_Compile");
+    t.click(ToolId::Compile);
     EXPECT_EQ(t.boxTexts(), QStringList{"Error! Invalid Path or File Name: /no/such/PBPW.EXE\rIf problem persists "
                                         "contact Velnor Systems at 555-201-0142"});
     EXPECT_EQ(t.w.prompts.boxes[0].icon, Icon::Critical);
     EXPECT_EQ(t.modals, QStringList{"Compiler Options"});
     // A kind that is neither 0 nor 1 opens the options without a message.
     saveSetting(Key::CompilerType, "2");
-    t.click("ID_Compile");
+    t.click(ToolId::Compile);
     EXPECT_EQ(t.modals.size(), 2);
     saveSetting(Key::CompilerType, "0");
     saveSetting(Key::CompilerPathName, "/bin/true");
     ASSERT_TRUE(QDir().mkpath(t.w.file("runpb.sh")));  // the script can't be written
-    t.click("ID_Compile");
+    t.click(ToolId::Compile);
     QDir(t.w.file("runpb.sh")).removeRecursively();
     saveSetting(Key::DosWindow, "yes");
-    t.click("ID_Compile");
+    t.click(ToolId::Compile);
     t.f->deviceCombo().Clear();
-    t.click("ID_Compile");
+    t.click(ToolId::Compile);
     EXPECT_TRUE(t.w.launcher.launches.empty());
     const QStringList texts = t.boxTexts().mid(1);
     ASSERT_EQ(texts.size(), 3);
@@ -111,7 +111,7 @@ TEST(Compile, FailuresAreReportedWithTheirStep) {
     t.f->GetDevices();
     saveSetting(Key::DosWindow, "0");
     t.w.launcher.failTerminal = true;
-    t.click("ID_Compile");
+    t.click(ToolId::Compile);
     ASSERT_EQ(t.w.launcher.launches.size(), 1u);
     EXPECT_EQ(t.w.launcher.launches[0].kind, LaunchRecord::Terminal);
     EXPECT_EQ(t.lastBox().text, "Unable to launch application.");
@@ -174,9 +174,15 @@ TEST(CompileSession, TwoDocumentsCompilingAtOnceKeepTheirOwnFilesOutputDecisionA
     EXPECT_EQ(a.screen(), CompilerScreen::find()) << "the first compile has the one screen of a single compile";
     EXPECT_EQ(b.screen()->CompilerOutput->Text(), kWaiting);
 
+    // The Compile tool rests while the active document's compile runs, and only then.
+    EXPECT_FALSE(t.enabled(ToolId::Compile));
+
     // The second finishes first, without an error line: its screen counts down, the first still waits.
     release(second);
     ASSERT_TRUE(waitFor([&] { return !b.running(); }));
+    EXPECT_TRUE(t.enabled(ToolId::Compile));
+    t.f->mdiArea()->setActiveSubWindow(first->subWindow());
+    EXPECT_FALSE(t.enabled(ToolId::Compile));
     EXPECT_EQ(b.outcome(), CompileSession::Outcome::OutputFound);
     EXPECT_EQ(b.outputLines(), QStringList({"output of second.pbp", "all fine"}));
     EXPECT_FALSE(b.hasErrorLine());
@@ -190,6 +196,7 @@ TEST(CompileSession, TwoDocumentsCompilingAtOnceKeepTheirOwnFilesOutputDecisionA
     // Then the first, with one: its screen stays; the second's keeps counting with its own text.
     release(first);
     ASSERT_TRUE(waitFor([&] { return !a.running(); }));
+    EXPECT_TRUE(t.enabled(ToolId::Compile));
     EXPECT_EQ(a.outputLines(), QStringList({"output of first.pbp", "ERROR in first"}));
     EXPECT_TRUE(a.hasErrorLine());
     EXPECT_EQ(a.screen()->CompilerOutput->Text(), a.output());

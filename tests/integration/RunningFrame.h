@@ -1,6 +1,7 @@
 #pragma once
 // A frame over a fresh world with the platform doubles, and the reads the integration tests make of it.
 #include "compile/CompileSession.h"
+#include "core/ToolIds.h"
 #include "compile/CompilerScreen.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
@@ -43,7 +44,7 @@ struct RunningFrame {
     bool enabled(const QString& id) { return f->toolBars().Tools().Item(id).Enabled(); }
     void openFile(const QString& path) {
         w.prompts.files.push_back(path);
-        click("ID_Open");
+        click(ToolId::Open);
     }
     QStringList titles() {
         QStringList t;
@@ -54,11 +55,11 @@ struct RunningFrame {
     // The Window menu past its four arrange entries.
     QStringList windowMenu() {
         QStringList ids;
-        for (const auto& m : f->toolBars().Tools().Item("ID_Window").Menu().Tools())
+        for (const auto& m : f->toolBars().Tools().Item(ToolId::Window).Menu().Tools())
             ids << m->ID();
         return ids.mid(4);
     }
-    QString filesLabel() { return f->toolBars().Bands("Standard").Tools().Item("ID_OpenDocs").Caption(); }
+    QString filesLabel() { return f->toolBars().Bands("Standard").Tools().Item(ToolId::OpenDocs).Caption(); }
     // Recent entry n's caption, "-" when hidden.
     QString recent(int n) {
         Tool& e = recentFileEntry(f->toolBars(), n);
@@ -108,7 +109,7 @@ struct CompileFrame : RunningFrame {
     }
     // Compiles, keeps the once-a-second tick out of the way and waits for the tick at the script's end.
     bool compileAndWait() {
-        click("ID_Compile");
+        click(ToolId::Compile);
         if (!run().CheckFile.isActive())
             return false;
         run().CheckFile.start(3600 * 1000);
@@ -118,7 +119,7 @@ struct CompileFrame : RunningFrame {
     // the script's end brings the tick.
     CompileSession& compile(frmEditor* d) {
         f->mdiArea()->setActiveSubWindow(d->subWindow());
-        click("ID_Compile");
+        click(ToolId::Compile);
         CompileSession& s = run();
         if (s.CheckFile.isActive())
             s.CheckFile.start(3600 * 1000);

@@ -114,7 +114,7 @@ TEST(WineCompile, WithoutWineOneMessageAndNoCompile) {
     globals().launcher = &t.w.launcher;
     const QByteArray path = qgetenv("PATH");
     qputenv("PATH", "/nonexistent-dir");
-    t.click("ID_Compile");
+    t.click(ToolId::Compile);
     qputenv("PATH", path);
     ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
     EXPECT_EQ(t.w.prompts.boxes[0].text, wineMissingMessage(t.compiler));
@@ -154,7 +154,7 @@ TEST(WineProgrammer, AWindowsProgrammerGetsWindowsPathsForEveryToken) {
     saveSetting(Key::ProgrammerCommandLineOptions,
                 "-dPIC{DeviceName} \"{HexFileWinPath}\" {HexFileDosPath} \"{FileNameWinPath}\" {FileNameDosPath}");
     t.start(source);
-    t.click("ID_Epic");
+    t.click(ToolId::Epic);
     EXPECT_TRUE(w.prompts.boxes.empty());
     const QString record = dir + "/prog-args.txt";
     ASSERT_TRUE(waitFor([&] { return QFileInfo(record).size() > 0; }));
