@@ -1,9 +1,10 @@
 #pragma once
 // Reading a stored text as the number its reader wants. A text that isn't one is a failure at the reader.
 
+#include "platform/Blanks.h"
+
 #include <QString>
 #include <QtGlobal>
-
 
 // Blanks around the number are allowed; anything else that isn't a decimal number throws Failure 13.
 double numberOf(const QString& text);
@@ -12,6 +13,3 @@ qint16 int16Of(const QString& text);
 qint32 int32Of(const QString& text);
 float singleOf(const QString& text);
 
-// Blanks (spaces only, no other white space) removed from both ends, as the compilers' options and paths
-// are taken.
-QString trimBlanks(const QString& text);

@@ -31,7 +31,7 @@ public:
 
     // Gets ready for a compile with this program as the compiler. Through wine: a lasting wine server, so
     // that a compile doesn't boot the prefix, and the short forms of paths fetched in one run of wine.
-    virtual void prepareCompile(const QStringList& paths) { (void)paths; }
+    virtual void prepareCompile(const QStringList& /*paths*/) {}
     // The compile script for this compiler. in holds the platform's forms; P and D are shortPath of the
     // compiler and of the document.
     virtual QByteArray compileScript(const CompileInputs& in, const QString& P, const QString& D) = 0;

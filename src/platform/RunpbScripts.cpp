@@ -2,23 +2,13 @@
 
 #include "platform/Failure.h"
 #include "platform/Launcher.h"
+#include "platform/Blanks.h"
 #include "platform/Paths.h"
 
 #include <QProcess>
 #include <QRegularExpression>
 
 namespace {
-
-// Blanks only: a tab at either end of the options is the user's and stays.
-QString withoutBlanks(const QString& text) {
-    qsizetype from = 0;
-    qsizetype to = text.size();
-    while (from < to && text[from] == QLatin1Char(' '))
-        ++from;
-    while (to > from && text[to - 1] == QLatin1Char(' '))
-        --to;
-    return text.mid(from, to - from);
-}
 
 QString joinPosix(const QString& dir, const QString& name) {
     return dir.endsWith(QLatin1Char('/')) ? dir + name : dir + QLatin1Char('/') + name;
@@ -39,7 +29,7 @@ QByteArray runpbBat(const CompileInputs& in) {
         QStringLiteral("CD") + in.D.mid(2, p - 3),
         QStringLiteral("PATH=") + in.C + QStringLiteral(";%path%"),
         QStringLiteral("ECHO Compiling.... Please Wait."),
-        withoutBlanks(in.P) + QLatin1Char(' ') + withoutBlanks(in.O) + QStringLiteral(" -p") + in.M + QLatin1Char(' ') +
+        trimBlanks(in.P) + QLatin1Char(' ') + trimBlanks(in.O) + QStringLiteral(" -p") + in.M + QLatin1Char(' ') +
             in.D + QLatin1Char('>') + tempDat,
         QStringLiteral("TYPE ") + tempDat,
     };
@@ -100,9 +90,9 @@ QByteArray runpbSh(const CompileInputs& in) {
     const QString path = in.C.isEmpty() ? QStringLiteral("export PATH")
                                         : QStringLiteral("PATH=") + shellQuote(in.C) +
                                               QStringLiteral(":\"$PATH\"; export PATH");
-    const QString options = shellWords(optionWords(withoutBlanks(in.O)));
+    const QString options = shellWords(optionWords(trimBlanks(in.O)));
     return shScript(sh, path,
-                    shellQuote(withoutBlanks(in.P)) + (options.isEmpty() ? QString() : QLatin1Char(' ') + options) +
+                    shellQuote(trimBlanks(in.P)) + (options.isEmpty() ? QString() : QLatin1Char(' ') + options) +
                         QStringLiteral(" -p") + shellQuote(in.M) + QLatin1Char(' ') + shellQuote(in.D) +
                         QStringLiteral(" >") + sh.partial + QStringLiteral(" 2>&1"));
 }

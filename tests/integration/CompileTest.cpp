@@ -151,14 +151,23 @@ const QString kCounting = QStringLiteral("Compiler Output - Auto Close in: 5 Sec
 // Lets a waiting compiler of the document go on.
 void release(frmEditor* d) { writeProgram(d->Caption() + ".go", ""); }
 
+// Two documents in their own folders, the first with an error line, both compiled by the waiting compiler.
+struct TwoDocuments {
+    QTemporaryDir scratch;
+    CompileFrame t{"ERROR in first\n", writeProgram(scratch.filePath("PBPW"), kWaitingCompiler), true, "a/first.pbp"};
+    frmEditor* first = t.doc();
+    frmEditor* second = [this] {
+        t.openFile(t.w.write("b/second.pbp", "all fine\n"));
+        return t.doc();
+    }();
+};
+
 }  // namespace
 
 TEST(CompileSession, TwoDocumentsCompilingAtOnceKeepTheirOwnFilesOutputDecisionAndScreen) {
-    QTemporaryDir scratch;
-    CompileFrame t("ERROR in first\n", writeProgram(scratch.filePath("PBPW"), kWaitingCompiler), true, "a/first.pbp");
-    frmEditor* first = t.doc();
-    t.openFile(t.w.write("b/second.pbp", "all fine\n"));
-    frmEditor* second = t.doc();
+    TwoDocuments two;
+    CompileFrame& t = two.t;
+    frmEditor *first = two.first, *second = two.second;
     ASSERT_NE(first, second);
     CompileSession& a = t.compile(first);
     CompileSession& b = t.compile(second);
@@ -209,11 +218,9 @@ TEST(CompileSession, TwoDocumentsCompilingAtOnceKeepTheirOwnFilesOutputDecisionA
 }
 
 TEST(CompileSession, OneAfterTheOtherTheScreenPassesOnAndARecompileOrACloseEndsTheWait) {
-    QTemporaryDir scratch;
-    CompileFrame t("ERROR in first\n", writeProgram(scratch.filePath("PBPW"), kWaitingCompiler), true, "a/first.pbp");
-    frmEditor* first = t.doc();
-    t.openFile(t.w.write("b/second.pbp", "all fine\n"));
-    frmEditor* second = t.doc();
+    TwoDocuments two;
+    CompileFrame& t = two.t;
+    frmEditor *first = two.first, *second = two.second;
     release(first);
     release(second);
     CompileSession& a = t.compile(first);
