@@ -94,7 +94,9 @@ MDIMain::MDIMain(QString commandLine, QWidget* parent)
 MDIMain::~MDIMain() {
     // The bar gives its icons back to picStatus, so it goes first.
     m_cSBar.reset();
-    // Documents go with the MDI area; they leave the loaded list as they are destroyed.
+    // The registry goes before the area it looks at; the documents go with the area and leave the loaded
+    // list as they are destroyed.
+    editors_.reset();
     delete mdi_;
     mdi_ = nullptr;
     globals().removeWindow(this);
@@ -119,7 +121,7 @@ void MDIMain::ShowError(const Failure& f) {
         p->message(errorBoxText(f), QStringLiteral("File Error"), Icon::None, Buttons::Ok);
 }
 
-frmEditor* MDIMain::activeDocument() const { return mdi_ ? editors_->active() : nullptr; }
+frmEditor* MDIMain::activeDocument() const { return mdi_ && editors_ ? editors_->active() : nullptr; }
 
 Editors& MDIMain::editors() { return *editors_; }
 
