@@ -15,6 +15,8 @@
 
 namespace {
 constexpr int kEscape = 27;
+// About a title bar's height.
+constexpr int kCascadePixels = 28;
 
 // A number as the title prints it: a blank in front unless it is negative.
 QString printed(double n) {
@@ -49,7 +51,11 @@ CompilerScreen* CompilerScreen::find() {
 
 CompilerScreen& CompilerScreen::fresh() {
     const auto& loaded = globals().loadedWindows;
-    return *new CompilerScreen(loaded.empty() ? nullptr : loaded.front());
+    const auto others = int(all().size());
+    auto* screen = new CompilerScreen(loaded.empty() ? nullptr : loaded.front());
+    // A second compile's screen stands down and to the right of the first, not hiding it.
+    screen->move(screen->pos() + QPoint(kCascadePixels, kCascadePixels) * others);
+    return *screen;
 }
 
 CompilerScreen& CompilerScreen::instance() {

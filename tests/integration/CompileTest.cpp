@@ -180,6 +180,7 @@ TEST(CompileSession, TwoDocumentsCompilingAtOnceKeepTheirOwnFilesOutputDecisionA
     EXPECT_EQ(b.inputs().D, second->Caption());
     ASSERT_TRUE(a.screen() && b.screen());
     EXPECT_NE(a.screen(), b.screen());
+    EXPECT_EQ(b.screen()->pos() - a.screen()->pos(), QPoint(28, 28)) << "the second doesn't hide the first";
     EXPECT_EQ(a.screen(), CompilerScreen::find()) << "the first compile has the one screen of a single compile";
     EXPECT_EQ(b.screen()->CompilerOutput->Text(), kWaiting);
 
