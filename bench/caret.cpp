@@ -33,14 +33,17 @@ public:
     void SetListIndex(int) override {}
 };
 
-// One document, the active one.
+// One document, the active one, kept in a list as the frame's registry keeps its documents.
 class BenchEditors : public Editors {
 public:
-    frmEditor* doc = nullptr;
-    frmEditor* find(const QString&) const override { return doc; }
-    frmEditor* titled(const QString&) const override { return doc; }
-    frmEditor* active() const override { return doc; }
-    QList<frmEditor*> all() const override { return doc ? QList<frmEditor*>{doc} : QList<frmEditor*>{}; }
+    void set(frmEditor& d) { docs = {&d}; }
+    frmEditor* find(const QString&) const override { return docs.value(0); }
+    frmEditor* titled(const QString&) const override { return docs.value(0); }
+    frmEditor* active() const override { return docs.value(0); }
+    QList<frmEditor*> all() const override { return docs; }
+
+private:
+    QList<frmEditor*> docs;
 };
 
 // The frame's part in a caret move: the tools' enabled states and the status bar with its three panels.
@@ -143,7 +146,7 @@ void moveCaretBackAndForth(benchmark::State& state, SourceView& view) {
 void BM_CaretMove_DocumentWindow(benchmark::State& state) {
     BenchFrame frame;
     frmEditor doc(frame);
-    frame.docs.doc = &doc;
+    frame.docs.set(doc);
     moveCaretBackAndForth(state, *doc.View);
     if (frame.bar.PanelText(2) != QLatin1String("Delay (1mSec resolution).") &&
         frame.bar.PanelText(2) != QLatin1String("Make pin output high."))
@@ -156,7 +159,7 @@ void BM_CaretMove_DocumentWindowWithoutStatusBar(benchmark::State& state) {
     BenchFrame frame;
     frame.paint = false;
     frmEditor doc(frame);
-    frame.docs.doc = &doc;
+    frame.docs.set(doc);
     moveCaretBackAndForth(state, *doc.View);
 }
 BENCHMARK(BM_CaretMove_DocumentWindowWithoutStatusBar);

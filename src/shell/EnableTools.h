@@ -5,5 +5,5 @@
 
 class ToolModel;
 
-// A missing tool is skipped.
-void EnableTools(ToolModel& tools, const ToolState& state);
+// A missing tool is skipped. With before, only the tools whose state differs from it are written.
+void EnableTools(ToolModel& tools, const ToolState& state, const ToolState* before = nullptr);

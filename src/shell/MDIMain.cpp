@@ -309,8 +309,8 @@ void MDIMain::EnableTools() {
     // Runs on every caret move: the tools are written only when something they follow changed.
     if (toolState_ == state)
         return;
+    ::EnableTools(SSActiveToolBars1, state, toolState_ ? &*toolState_ : nullptr);
     toolState_ = state;
-    ::EnableTools(SSActiveToolBars1, state);
 }
 
 bool MDIMain::clipboardHasText() const {

@@ -113,6 +113,22 @@ TEST(EnableTools, OneRedrawBracketNoDocumentStatesAndUndoInputs) {
         EXPECT_TRUE(place->isSeparator() || place->Enabled() == active.contains(place->ID()))
             << place->ID().toStdString();
     EXPECT_TRUE(a.tool(ToolId::GotoLine).Enabled() && a.tool(ToolId::SelectionTextForegroundColor).Enabled());
+
+    // Against the state before, only what differs is written: a compile's start turns Compile off alone, with
+    // the bar painted at once; a selection turns on Cut and Copy in one held burst.
+    ToolState before = documents(true, true, false), now = before;
+    EnableTools(a.bars, before);
+    now.compiling = true;
+    Recorder changes;
+    changes.bars = &a.bars;
+    a.bars.addObserver(&changes);
+    EnableTools(a.bars, now, &before);
+    before = now;
+    now.selection = true;
+    before.selection = false;
+    EnableTools(a.bars, now, &before);
+    a.bars.removeObserver(&changes);
+    EXPECT_EQ(changes.events, QStringList({"ID_Compile=off!", "hold", "ID_Cut=on", "ID_Copy=on", "redraw"}));
 }
 
 TEST(ToolBars, MenuClicksTheMarginRadioGroupAndComboCloseUp) {
