@@ -169,7 +169,7 @@ void CompileSession::GoCompile() {
                 });
             });
         } else if (!globals().launcher->startInTerminal(scriptFile_, appDir))
-            plainMessage(QStringLiteral("Unable to launch application."));
+            plainMessage(unableToLaunchText(terminalCandidatesText() + QStringLiteral(" for ") + scriptFile_));
         step = 130;
         CheckFile.Tag = QStringLiteral("0");
         CheckFile.start();

@@ -47,3 +47,13 @@ inline QString shellQuote(const QString& text) {
     quoted.replace(QLatin1Char('\''), QLatin1String("'\\''"));
     return QLatin1Char('\'') + quoted + QLatin1Char('\'');
 }
+
+// The message for a launch that failed, naming what it tried to open.
+inline QString unableToLaunchText(const QString& what) {
+    return QStringLiteral("Unable to launch application.\r\r") + what;
+}
+
+// What the compile script in a terminal needs: one of these, found on PATH.
+inline QString terminalCandidatesText() {
+    return QStringLiteral("a terminal ($TERMINAL, x-terminal-emulator or xterm)");
+}

@@ -321,7 +321,7 @@ bool MDIMain::saveAs() {
 
 void MDIMain::OpenWebLink(const QString& link) {
     if (!globals().launcher->openUrl(link))
-        message(QStringLiteral("Unable to launch application."));
+        message(unableToLaunchText(link));
 }
 
 void MDIMain::arrange(ArrangeMode mode) {

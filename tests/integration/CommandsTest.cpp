@@ -165,5 +165,5 @@ TEST(Commands, MenuKeysActOnceAndWebLinksCarryTheVersion) {
     EXPECT_TRUE(t.w.launcher.launches[1].program.endsWith("?subject=[Tarnlet] Version: 171"));
     t.w.launcher.failUrl = true;
     t.click(ToolId::QuillbayHomePage);
-    EXPECT_EQ(t.lastBox().text, "Unable to launch application.");
+    EXPECT_EQ(t.lastBox().text, "Unable to launch application.\r\rhttp://www.quillbay.example/Category.aspx?CategoryID=2");
 }

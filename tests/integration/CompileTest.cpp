@@ -114,7 +114,7 @@ TEST(Compile, FailuresAreReportedWithTheirStep) {
     t.click(ToolId::Compile);
     ASSERT_EQ(t.w.launcher.launches.size(), 1u);
     EXPECT_EQ(t.w.launcher.launches[0].kind, LaunchRecord::Terminal);
-    EXPECT_EQ(t.lastBox().text, "Unable to launch application.");
+    EXPECT_EQ(t.lastBox().text, "Unable to launch application.\r\ra terminal ($TERMINAL, x-terminal-emulator or xterm) for " + t.w.file("runpb.sh"));
     EXPECT_TRUE(t.run().CheckFile.isActive());
     EXPECT_EQ(t.run().process(), nullptr);
 }
