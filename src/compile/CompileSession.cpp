@@ -155,8 +155,10 @@ void CompileSession::GoCompile() {
         inputs_ = {.D = D, .S = S, .P = P, .O = O, .C = C, .M = M, .output = inputs_.output};
         if (out.write(host_->compileScript(inputs_, hostP, hostD)) < 0 || !out.commit())
             throw pathFileAccessError(out.errorString());
+        host_->compileStarting(inputs_, hostP, hostD);
         step = 110;
         DeleteFileQuietly(outputFile_);
+        DeleteFileQuietly(compileStatusName(outputFile_));
         step = 120;
         const QString appDir = globals().paths->applicationDirectory();
         if (numberOf(setting(Key::DosWindow)) == 1) {
@@ -230,12 +232,20 @@ void CompileSession::takeOutput() {
     CompilerScreen& screen = *screen_;
     screen.CompilerOutput->document().LoadFile(outputFile_);
     screen.CompilerOutput->document().setPathName(outputFile_);
-    output_ = screen.CompilerOutput->Text();
+    const QString loaded = screen.CompilerOutput->Text();
     if (numberOf(setting(Key::DosWindow)) == 1 && process_)
         process_->terminate();
     CheckFile.stop();
     if (outcome_ == Outcome::Waiting)
         outcome_ = Outcome::OutputFound;  // told at the end of the tick
+    // The compiler is done and nothing of its process group runs any more: its files can be named.
+    output_ = host_ ? host_->compileEnded(loaded) : loaded;
+    exitStatus_ = compileExitStatus(outputFile_);
+    QString shown = output_;
+    if (exitStatus_.value_or(0) != 0)
+        shown = withOutputLine(shown, exitStatusText(QString::number(*exitStatus_)));
+    if (shown != loaded)
+        screen.CompilerOutput->SetText(shown);
     if (const QString v = compilerVersionText(output_); !v.isEmpty())
         doc_.frame().setPBPVersion(v);
     QFile file(outputFile_);
@@ -243,10 +253,11 @@ void CompileSession::takeOutput() {
         throw osFailure(EIO, outputFile_);
     errorLine_ = ::hasErrorLine(file);
     file.close();
+    // A compiler that failed without an error line keeps its screen as one with an error line does.
     const int autoClose = int32Of(setting(Key::AutoCloseCW));
-    if (errorLine_ && autoClose != 0)
+    if (failed() && autoClose != 0)
         screen.setWindowTitle(CompilerScreen::cancelledTitle());
-    if (!errorLine_ && autoClose == 1)
+    if (!failed() && autoClose == 1)
         screen.startCountdown(setting(Key::AutoCloseCWTime));
 }
 
@@ -300,6 +311,3 @@ QStringList CompileSession::outputLines() const {
     return lines;
 }
 
-std::optional<int> CompileSession::exitStatus() const {
-    return process_ ? process_->exitStatus() : std::nullopt;
-}

@@ -61,14 +61,18 @@ public:
     QString scriptFile() const { return scriptFile_; }
     QString outputFile() const { return outputFile_; }
 
-    // The compiler's output as the screen loaded it, and its lines; empty until a tick took it.
+    // The compiler's text as the screen shows it, with the user's names for the forms a Windows compiler
+    // was given, and its lines; empty until a tick took it. A line "exit status N" that the screen adds
+    // for a failed compiler is no part of it.
     QString output() const { return output_; }
     QStringList outputLines() const;
-    // The script's own exit status when it ended by itself. That is the status of its last step (showing
-    // the output) today, not yet the compiler's.
-    std::optional<int> exitStatus() const;
+    // The compiler's exit status, as its script left it beside the output; none before a tick took the
+    // output, or when the script left none.
+    std::optional<int> exitStatus() const { return exitStatus_; }
     // The output holds a line with "ERROR" in it.
     bool hasErrorLine() const { return errorLine_; }
+    // The compile failed: an error line, or an exit status other than 0. Its screen stays then.
+    bool failed() const { return errorLine_ || exitStatus_.value_or(0) != 0; }
     // The screen that shows this compile; null once it was closed or taken by a later compile.
     CompilerScreen* screen() const;
 
@@ -103,6 +107,7 @@ private:
     QString scriptFile_;
     QString outputFile_;
     QString output_;
+    std::optional<int> exitStatus_;
     bool errorLine_ = false;
     QPointer<CompilerScreen> screen_;
 };

@@ -34,7 +34,7 @@ QString TrimToNul(const QString& text) {
 bool isCompilerFileName(const QString& name) {
     const QString upper = name.toUpper();
     return upper == QLatin1String("PBC.EXE") || upper == QLatin1String("PBP.EXE") ||
-           upper == QLatin1String("PBPW.EXE");
+           upper == QLatin1String("PBPW.EXE") || upper == QLatin1String("PBPX.EXE");
 }
 
 void FindCompilerFiles(const QString& root, const CompilerSearchHooks& hooks) {
@@ -74,7 +74,7 @@ void FindCompilerFiles(const QString& root, const CompilerSearchHooks& hooks) {
                 return;
         } else if (isCompilerFileName(name)) {
             if (hooks.found)
-                hooks.found((dir.path + name).toUpper(), dir.path + name);
+                hooks.found(dir.path + name);
             if (hooks.processEvents && !hooks.processEvents())
                 return;
         }

@@ -1,14 +1,14 @@
 #pragma once
 // The walk of the compiler search: every directory below a root, depth first, for the compilers'
-// executables PBC.EXE, PBP.EXE and PBPW.EXE (file names compared in upper case).
+// executables PBC.EXE, PBP.EXE, PBPW.EXE and PicBasic Pro 3's PBPX.EXE (file names compared in upper case).
 
 #include <QString>
 #include <functional>
 
 struct CompilerSearchHooks {
-    // A compiler file: shown is the whole path in upper case, as the list shows it; path is the file's
-    // real path, which on a file system that tells letter cases apart is the one that opens.
-    std::function<void(const QString& shown, const QString& path)> found;
+    // A compiler file, by its whole path in its own letter case: on a file system that tells letter cases
+    // apart only that one names the file.
+    std::function<void(const QString& path)> found;
     // "Searching: " and the directory being walked (with its closing separator).
     std::function<void(const QString& text)> progress;
     // Lets waiting window events through; false ends the walk (its window has gone).
@@ -20,7 +20,7 @@ struct CompilerSearchHooks {
 // /sys and /dev are not entered: they hold no programs, and /proc has a link loop per process.
 void FindCompilerFiles(const QString& root, const CompilerSearchHooks& hooks);
 
-// True for "PBC.EXE", "PBP.EXE" and "PBPW.EXE" in any letter case.
+// True for "PBC.EXE", "PBP.EXE", "PBPW.EXE" and "PBPX.EXE" in any letter case.
 bool isCompilerFileName(const QString& name);
 
 // text up to, not including, its first NUL; the whole text when it holds none.

@@ -19,11 +19,6 @@
 
 #include <algorithm>
 
-namespace {
-// The entry shows the path in upper case; the file's real path travels with it.
-constexpr int kRealPathRole = Qt::UserRole;
-}  // namespace
-
 frmFindCompiler::frmFindCompiler(frmCompile& options) : QDialog(&options), options_(options) {
     setupFixedDialog(*this, QStringLiteral("Compiler Search"), 7800, 2385);
 
@@ -75,11 +70,9 @@ void frmFindCompiler::Command1_Click() {
     // Window events run inside the walk; the dialog may be closed, or even destroyed, meanwhile.
     QPointer<frmFindCompiler> self(this);
     CompilerSearchHooks hooks;
-    hooks.found = [self](const QString& shown, const QString& path) {
-        if (!self)
-            return;
-        auto* item = new QListWidgetItem(shown, self->List1);
-        item->setData(kRealPathRole, path);
+    hooks.found = [self](const QString& path) {
+        if (self)
+            self->List1->addItem(path);
     };
     hooks.progress = [self](const QString& text) {
         if (self)
@@ -111,10 +104,8 @@ void frmFindCompiler::configureAs(int compilerIndex) {
     // The index first: it refills the path from the settings, which the found path then overwrites.
     skipOnFailure([&] { options_.setCompilerIndex(compilerIndex); });
     skipOnFailure([&] {
-        // The real path, not the upper-case text shown: on a file system that tells letter cases apart
-        // only the real one names the file.
         const QListWidgetItem* item = List1->currentItem();
-        options_.CompilerPath->setText(item ? item->data(kRealPathRole).toString() : QString());
+        options_.CompilerPath->setText(item ? item->text() : QString());
     });
     done(Accepted);
 }

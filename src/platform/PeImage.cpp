@@ -22,17 +22,35 @@ bool isPeImage(const QByteArray& head) {
     return head.mid(at, 4) == QByteArray("PE\0\0", 4);
 }
 
-bool isPeImageFile(const QString& path) {
+std::optional<quint16> peMachine(const QByteArray& head) {
+    if (!isPeImage(head))
+        return std::nullopt;
+    const qsizetype at = qsizetype(headerOffset(head)) + 4;
+    if (at + 2 > head.size())
+        return std::nullopt;
+    return quint16(quint8(head[at]) | quint8(head[at + 1]) << 8);
+}
+
+namespace {
+
+// The file's bytes up to the end of the machine field; fewer when the file is shorter or no PE image.
+QByteArray readHead(const QString& path) {
     QFile f(path);
     if (!f.open(QIODevice::ReadOnly))
-        return false;
+        return {};
     const QByteArray start = f.read(kOffsetField + 4);
     if (start.size() < kOffsetField + 4 || !start.startsWith("MZ"))
-        return false;
+        return start;
     const quint32 at = headerOffset(start);
     if (at > kMaxHeaderOffset)
-        return false;
+        return start;
     // Only the bytes up to the header the offset names are needed.
-    const qint64 more = qint64(at) + 4 - start.size();
-    return isPeImage(more > 0 ? start + f.read(more) : start);
+    const qint64 more = qint64(at) + 6 - start.size();
+    return more > 0 ? start + f.read(more) : start;
 }
+
+}  // namespace
+
+bool isPeImageFile(const QString& path) { return isPeImage(readHead(path)); }
+
+std::optional<quint16> peMachineOfFile(const QString& path) { return peMachine(readHead(path)); }

@@ -1,9 +1,13 @@
 #include "platform/ProgramHost.h"
 
 #include "platform/Failure.h"
+#include "platform/PeImage.h"
 #include "platform/Wine.h"
 
 #include <QDateTime>
+#include <QFileInfo>
+
+#include <optional>
 
 namespace {
 
@@ -53,6 +57,28 @@ public:
         return runpbShWine(in, {.wine = wine_, .P = P, .D = D, .C = compilerDirectory(P, QLatin1Char('\\'))});
     }
 
+    void compileStarting(const CompileInputs& in, const QString& P, const QString& D) override {
+        compile_ = {in, P, D, noteAliasOutputs(in.D, D)};
+    }
+
+    QString compileEnded(const QString& output) override {
+        if (!compile_)
+            return output;
+        const auto [in, P, D, noted] = *compile_;
+        compile_.reset();
+        const LongNames names = giveLongNames(noted, state_.longNamed);
+        const QString docName = QFileInfo(in.D).fileName();
+        QList<std::pair<QString, QString>> files{{D.mid(D.lastIndexOf(QLatin1Char('\\')) + 1), docName}};
+        files << names.renamed;
+        QString text = withUserNames(output,
+                                     {{P, in.P}, {compilerDirectory(P, QLatin1Char('\\')), compilerDirectory(in.P)},
+                                      {compilerDirectory(D, QLatin1Char('\\')), compilerDirectory(in.D)}},
+                                     files);
+        for (const QString& line : names.kept)
+            text = withOutputLine(text, line);
+        return text;
+    }
+
 private:
     // Wine makes a file's short name from its long one, so a form once fetched stays right for that file in
     // that prefix; the cache keeps the two wine runs out of every compile but the first.
@@ -72,9 +98,16 @@ private:
                 state_.shortForms.insert(key(missing[i]), dos.value(i));
     }
 
+    struct Compile {
+        CompileInputs in;
+        QString P, D;  // the compiler's and the document's DOS forms
+        AliasOutputs noted;
+    };
+
     QString wine_;
     Paths& paths_;
     WineState& state_;
+    std::optional<Compile> compile_;
 };
 
 }  // namespace
@@ -85,6 +118,9 @@ std::unique_ptr<ProgramHost> ProgramHost::of(const QString& program, Paths& nati
         QString w = wineProgram();
         if (w.isEmpty())
             throw invalidProcedureCall(wineMissingMessage(program));
+        // Such a wine runs a 32-bit program as if it had done nothing: an empty output and no error.
+        if (peMachineOfFile(program) == kPeMachineI386 && !wineRuns32Bit(w))
+            throw invalidProcedureCall(wine32MissingMessage(program));
         return std::make_unique<WineHost>(std::move(w), native, wine);
     }
 #else

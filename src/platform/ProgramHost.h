@@ -17,7 +17,8 @@ class ProgramHost : public ShortPaths {
 public:
     // The host of program: through wine for a Windows program, else native (also for a program that isn't
     // there: its launch reports that). Throws Failure 5 with wineMissingMessage(program) when the program
-    // needs wine and there is none. native gives the platform's short forms; wine holds what the wine host
+    // needs wine and there is none, and with wine32MissingMessage(program) when it is a 32-bit program and
+    // wine runs only 64-bit ones. native gives the platform's short forms; wine holds what the wine host
     // keeps between compiles.
     static std::unique_ptr<ProgramHost> of(const QString& program, Paths& native, WineState& wine);
     // The host of a program that runs natively.
@@ -35,4 +36,12 @@ public:
     // The compile script for this compiler. in holds the platform's forms; P and D are shortPath of the
     // compiler and of the document.
     virtual QByteArray compileScript(const CompileInputs& in, const QString& P, const QString& D) = 0;
+    // Right before that script starts, with the same inputs. Through wine: notes what lies beside the
+    // document under its DOS alias.
+    virtual void compileStarting(const CompileInputs& /*in*/, const QString& /*P*/, const QString& /*D*/) {}
+    // After the compiler has ended, with its text. Through wine: the outputs it named after the document's
+    // DOS alias get the document's own name (WineNames.h), and the text gets the user's names back for
+    // the forms the compiler was given, followed by a line for each output that keeps its alias. Gives
+    // the text to show.
+    virtual QString compileEnded(const QString& output) { return output; }
 };

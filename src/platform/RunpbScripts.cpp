@@ -5,6 +5,7 @@
 #include "platform/Blanks.h"
 #include "platform/Paths.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 
@@ -45,6 +46,7 @@ struct ShLines {
     QString docDir;
     QString tempDat;
     QString partial;
+    QString status;
 };
 
 ShLines shLines(const CompileInputs& in) {
@@ -53,7 +55,8 @@ ShLines shLines(const CompileInputs& in) {
         throw invalidProcedureCall(QStringLiteral("the document path has no directory: ") + in.D);
     return {slash == 0 ? QStringLiteral("/") : in.D.left(slash),
             shellQuote(joinPosix(in.S, in.output)),
-            shellQuote(joinPosix(in.S, in.output + QStringLiteral(".part")))};
+            shellQuote(joinPosix(in.S, in.output + QStringLiteral(".part"))),
+            shellQuote(joinPosix(in.S, compileStatusName(in.output)))};
 }
 
 // The option words for sh: a word the shell would take as it stands goes in bare, any other quoted. The
@@ -67,20 +70,32 @@ QString shellWords(const QStringList& words) {
     return out.join(QLatin1Char(' '));
 }
 
-// The eight steps around the line that runs the compiler.
-QByteArray shScript(const ShLines& sh, const QString& searchPath, const QString& compilerLine) {
-    const QStringList lines = {
+// The steps around the lines that run the compiler and leave its text in the partial output. The
+// compiler's exit status ($status) goes into the status file before the output appears, so whoever finds
+// the output finds the status too, in a terminal as well; the script ends with it.
+QByteArray shScript(const ShLines& sh, const QString& removed, const QString& searchPath,
+                    const QStringList& compilerLines) {
+    QStringList lines = {
         QStringLiteral("#!/bin/sh"),
-        QStringLiteral("rm -f -- ") + sh.tempDat + QLatin1Char(' ') + sh.partial,
+        QStringLiteral("rm -f -- ") + sh.tempDat + QLatin1Char(' ') + sh.partial + QLatin1Char(' ') + sh.status +
+            removed,
         QStringLiteral("cd -- ") + shellQuote(sh.docDir),
         searchPath,
         QStringLiteral("echo 'Compiling.... Please Wait.'"),
-        compilerLine,
-        QStringLiteral("mv -f -- ") + sh.partial + QLatin1Char(' ') + sh.tempDat,
-        QStringLiteral("cat -- ") + sh.tempDat,
     };
+    lines << compilerLines;
+    lines << QStringLiteral("echo \"$status\" >") + sh.status
+          << QStringLiteral("mv -f -- ") + sh.partial + QLatin1Char(' ') + sh.tempDat
+          << QStringLiteral("cat -- ") + sh.tempDat
+          << QStringLiteral("[ \"$status\" = 0 ] || echo \"") + exitStatusText(QStringLiteral("$status")) +
+                 QLatin1Char('"')
+          << QStringLiteral("exit \"$status\"");
     return (lines.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8();
 }
+
+// Lines that wine itself writes to standard error, as a sed address: its loader's ("wine: failed to open
+// ...", "wine: configuration in ... has been updated.") and its server's. The debug channels are off.
+const QString kWineLines = QStringLiteral("/^wine\\(server\\)\\{0,1\\}: /");
 
 }  // namespace
 
@@ -91,14 +106,17 @@ QByteArray runpbSh(const CompileInputs& in) {
                                         : QStringLiteral("PATH=") + shellQuote(in.C) +
                                               QStringLiteral(":\"$PATH\"; export PATH");
     const QString options = shellWords(optionWords(trimBlanks(in.O)));
-    return shScript(sh, path,
-                    shellQuote(trimBlanks(in.P)) + (options.isEmpty() ? QString() : QLatin1Char(' ') + options) +
-                        QStringLiteral(" -p") + shellQuote(in.M) + QLatin1Char(' ') + shellQuote(in.D) +
-                        QStringLiteral(" >") + sh.partial + QStringLiteral(" 2>&1"));
+    // A compiler that can't be started leaves the shell's own message in the output, and 126 or 127.
+    return shScript(sh, QString(), path,
+                    {shellQuote(trimBlanks(in.P)) + (options.isEmpty() ? QString() : QLatin1Char(' ') + options) +
+                         QStringLiteral(" -p") + shellQuote(in.M) + QLatin1Char(' ') + shellQuote(in.D) +
+                         QStringLiteral(" >") + sh.partial + QStringLiteral(" 2>&1"),
+                     QStringLiteral("status=$?")});
 }
 
 QByteArray runpbShWine(const CompileInputs& in, const WineForms& win) {
     const ShLines sh = shLines(in);
+    const QString all = shellQuote(joinPosix(in.S, in.output + QStringLiteral(".all")));
     // In front of whatever search path the user gave wine; wine's own diagnostics stay out of the output.
     QString env = QStringLiteral("WINEDEBUG=-all; export WINEDEBUG");
     if (!win.C.isEmpty())
@@ -109,7 +127,16 @@ QByteArray runpbShWine(const CompileInputs& in, const WineForms& win) {
     QStringList quoted;
     for (const QString& w : words)
         quoted << shellQuote(w);
-    return shScript(sh, env, quoted.join(QLatin1Char(' ')) + QStringLiteral(" >") + sh.partial);
+    // The compiler's standard output and error in the order written, without wine's own lines; those
+    // follow only when the compile failed, since they may tell why (a prefix that wine can't use). sed
+    // in the C locale takes any bytes, whatever the compiler's code page.
+    return shScript(sh, QLatin1Char(' ') + all, env,
+                    {quoted.join(QLatin1Char(' ')) + QStringLiteral(" >") + all + QStringLiteral(" 2>&1"),
+                     QStringLiteral("status=$?"),
+                     QStringLiteral("LC_ALL=C sed '") + kWineLines + QStringLiteral("d' ") + all +
+                         QStringLiteral(" >") + sh.partial,
+                     QStringLiteral("[ \"$status\" = 0 ] || LC_ALL=C sed -n '") + kWineLines +
+                         QStringLiteral("p' ") + all + QStringLiteral(" >>") + sh.partial});
 }
 
 QStringList optionWords(const QString& options) { return QProcess::splitCommand(options); }
@@ -134,4 +161,23 @@ QString compileScriptName(int slot) {
 
 QString compileOutputName(int slot) {
     return QStringLiteral("temp") + (slot > 1 ? QString::number(slot) : QString()) + QStringLiteral(".dat");
+}
+
+QString compileStatusName(const QString& output) { return output + QStringLiteral(".status"); }
+
+std::optional<int> compileExitStatus(const QString& outputFile) {
+    QFile f(compileStatusName(outputFile));
+    if (!f.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    bool ok = false;
+    const int status = f.read(16).trimmed().toInt(&ok);
+    return ok ? std::optional<int>(status) : std::nullopt;
+}
+
+QString exitStatusText(const QString& status) { return QStringLiteral("exit status ") + status; }
+
+QString withOutputLine(const QString& text, const QString& line) {
+    const QString end = text.contains(QStringLiteral("\r\n")) ? QStringLiteral("\r\n") : QStringLiteral("\n");
+    const bool open = !text.isEmpty() && !text.endsWith(QLatin1Char('\n')) && !text.endsWith(QLatin1Char('\r'));
+    return text + (open ? end : QString()) + line + end;
 }

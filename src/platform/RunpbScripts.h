@@ -8,6 +8,7 @@
 #include <QChar>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 struct CompileInputs {
     QString D;  // the document's path, as GetDosPath gives it
@@ -27,7 +28,9 @@ QByteArray runpbBat(const CompileInputs& in);
 // runpb.sh in UTF-8: every path single-quoted, the options split into words as optionWords splits
 // them, each quoted unless the shell takes it as it stands. The compiler's standard output, and its standard error in
 // the order written, go to the output name with ".part" behind it, renamed to the output when the compiler
-// ends, so the output never holds half a text. Throws a Failure (number 5) when D holds no "/".
+// ends, so the output never holds half a text. Its exit status goes into the status file first
+// (compileStatusName); the script shows "exit status N" after the output when it isn't 0, and ends with
+// that status. Throws a Failure (number 5) when D holds no "/".
 QByteArray runpbSh(const CompileInputs& in);
 
 // What a Windows compiler run through wine is handed instead of the POSIX paths.
@@ -41,8 +44,10 @@ struct WineForms {
 // runpb.sh for a Windows compiler: the same steps, with the POSIX D and S for the directory and the
 // output, and the compiler run through wine with its own short path, the options split into words as
 // the Windows runtime splits a command line, "-p" with the device and the document's short path. The
-// compiler's directory goes in front of the Windows search path (WINEPATH), wine's diagnostics are off,
-// and only standard output reaches the output, as on Windows. Nothing reaches the shell unquoted.
+// compiler's directory goes in front of the Windows search path (WINEPATH) and wine's diagnostics are
+// off. The compiler's standard output and error reach the output as in runpbSh; the lines wine itself
+// writes ("wine: ...") stay out of a compile that succeeds and follow the compiler's text in one that
+// fails. Nothing reaches the shell unquoted.
 QByteArray runpbShWine(const CompileInputs& in, const WineForms& win);
 
 // The options as the words a program gets: blanks separate, double quotes keep a word together.
@@ -56,3 +61,12 @@ QString compilerDirectory(const QString& P);  // with the platform's separator
 // (runpb.bat) and temp.dat, slot 2 runpb2.sh and temp2.dat, and so on.
 QString compileScriptName(int slot);
 QString compileOutputName(int slot);
+// The status file of an output name: temp.dat.status beside temp.dat.
+QString compileStatusName(const QString& output);
+// The compiler's exit status that the script left beside outputFile; none when there is no such file or
+// it holds no number.
+std::optional<int> compileExitStatus(const QString& outputFile);
+// "exit status " and the status, as the script and the output screen say it.
+QString exitStatusText(const QString& status);
+// text with line behind its last line, ended as the text's lines end (CRLF when it holds one).
+QString withOutputLine(const QString& text, const QString& line);

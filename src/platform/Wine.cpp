@@ -104,6 +104,22 @@ QString wineMissingMessage(const QString& program) {
                           "sudo dpkg --add-architecture i386 && sudo apt update && sudo apt install wine32");
 }
 
+bool wineRuns32Bit(const QString& wine, const QString& root) {
+    const QString wrapper = QFileInfo(root + QStringLiteral("/usr/bin/wine")).canonicalFilePath();
+    if (wrapper.isEmpty() || QFileInfo(wine).canonicalFilePath() != wrapper)
+        return true;
+    const QString loaders = root + QStringLiteral("/usr/lib/wine/");
+    return !QFileInfo(loaders + QStringLiteral("wine64")).isExecutable() ||
+           QFileInfo(loaders + QStringLiteral("wine")).isExecutable();
+}
+
+QString wine32MissingMessage(const QString& program) {
+    return program +
+           QStringLiteral(" is a 32-bit Windows program, and the Wine installed here runs only 64-bit programs: "
+                          "32-bit Wine (wine32) is missing.\r\rTo install it on Debian or Ubuntu:\r"
+                          "sudo dpkg --add-architecture i386 && sudo apt update && sudo apt install wine32");
+}
+
 QProcessEnvironment wineEnvironment(QProcessEnvironment base, const QString& searchDirectory) {
     base.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
     if (!searchDirectory.isEmpty())

@@ -2,6 +2,8 @@
 // Windows programs on a POSIX system, through the wine found on PATH, in the user's own WINEPREFIX
 // (wine's default, ~/.wine, when none is set).
 
+#include "platform/WineNames.h"
+
 #include <QHash>
 #include <QProcessEnvironment>
 #include <QString>
@@ -19,6 +21,8 @@ struct WineState {
     WineServerRecord server;
     // Wine's short DOS forms, by prefix and platform short form.
     QHash<QString, QString> shortForms;
+    // The compiler's outputs that got their document's long name.
+    LongNamedOutputs longNamed;
 };
 // Whether a compile at nowMs must ask for a lasting server: ours may have ended, or run in another prefix.
 bool wineServerCheckDue(const WineServerRecord& ours, const QString& prefix, qint64 nowMs);
@@ -31,6 +35,16 @@ bool needsWine(const QString& program);
 
 // The one message for a Windows program without wine: names the file and how to get wine.
 QString wineMissingMessage(const QString& program);
+
+// Whether the wine program (as found on PATH) runs 32-bit Windows programs, on a system whose files lie
+// under root. Debian's wine, and Ubuntu's, is a wrapper, root/usr/bin/wine, that runs the 32-bit loader
+// root/usr/lib/wine/wine of the wine32 package when it is there, else the 64-bit one of wine64, which
+// runs a 32-bit program as if it had done nothing. Any other wine is taken to run them.
+bool wineRuns32Bit(const QString& wine, const QString& root = QStringLiteral("/"));
+
+// The message for a 32-bit Windows program where wine runs only 64-bit ones: names the file and what
+// to install.
+QString wine32MissingMessage(const QString& program);
 
 // The environment a Windows program runs in: base with wine's diagnostics switched off, and, when
 // searchDirectory (a Windows path) is given, that directory on the Windows search path (WINEPATH).

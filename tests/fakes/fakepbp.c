@@ -1,7 +1,10 @@
 /* A stand-in for a Windows PicBasic Pro compiler: prints a banner, records how it was called in args.txt
    beside itself (working directory, first entry of the Windows search path, each argument), reads the
-   source named by its last argument and writes <source>.hex beside it, or prints an error line for a
-   source that holds "error". A source that holds "linger" leaves a child process running behind it. */
+   source named by its last argument and writes its outputs beside it, named after the name it was given
+   (<source>.hex, .asm, .lst, .mac, .cod), printing each name. A source that holds "error" gets an error
+   line on standard output, a note on standard error, <source>.err and exit status 1; one that holds
+   "exit 2" ends with status 2 and no error line; one that holds "linger" leaves a child process running
+   behind it. Built for 64-bit Windows as fakepbp.exe and for 32-bit Windows as fakepbp32.exe. */
 #include <windows.h>
 #include <stdio.h>
 #include <string.h>
@@ -35,6 +38,18 @@ static void record(int argc, wchar_t** argv) {
     fclose(f);
 }
 
+/* Writes base + extension and says so. */
+static void writeOutput(const wchar_t* base, const wchar_t* extension, const char* text) {
+    wchar_t path[MAX_PATH];
+    swprintf(path, MAX_PATH, L"%ls%ls", base, extension);
+    FILE* out = _wfopen(path, L"wb");
+    if (!out)
+        return;
+    fputs(text, out);
+    fclose(out);
+    printf("Writing %ls\n", path);
+}
+
 static void linger(const wchar_t* self) {
     wchar_t line[MAX_PATH + 16];
     swprintf(line, MAX_PATH + 16, L"\"%ls\" --sleep", self);
@@ -63,21 +78,28 @@ int wmain(int argc, wchar_t** argv) {
     char text[4096] = {0};
     fread(text, 1, sizeof text - 1, in);
     fclose(in);
-    if (strstr(text, "error")) {
-        printf("ERROR Line 1: Syntax error.\n");
-        return 1;
-    }
-    wchar_t hex[MAX_PATH];
-    wcsncpy(hex, source, MAX_PATH - 5);
-    hex[MAX_PATH - 5] = 0;
-    wchar_t* dot = wcsrchr(hex, L'.');
-    wchar_t* slash = wcsrchr(hex, L'\\');
+    wchar_t base[MAX_PATH];
+    wcsncpy(base, source, MAX_PATH - 5);
+    base[MAX_PATH - 5] = 0;
+    wchar_t* dot = wcsrchr(base, L'.');
+    wchar_t* slash = wcsrchr(base, L'\\');
     if (dot && (!slash || dot > slash))
         *dot = 0;
-    wcscat(hex, L".hex");
-    FILE* out = _wfopen(hex, L"wb");
-    if (out)
-        fputs(":020000040000FA\n:00000001FF\n", out), fclose(out);
+    if (strstr(text, "error")) {
+        printf("ERROR Line 1: Syntax error.\n");
+        fflush(stdout);
+        fwprintf(stderr, L"1 error in %ls\n", source);
+        fflush(stderr);
+        writeOutput(base, L".err", "ERROR Line 1: Syntax error.\n");
+        return 1;
+    }
+    if (strstr(text, "exit 2"))
+        return 2;
+    writeOutput(base, L".hex", ":020000040000FA\n:00000001FF\n");
+    writeOutput(base, L".asm", "; asm\n");
+    writeOutput(base, L".lst", "; lst\n");
+    writeOutput(base, L".mac", "; mac\n");
+    writeOutput(base, L".cod", "cod");
     if (strstr(text, "linger")) {
         wchar_t self[MAX_PATH];
         GetModuleFileNameW(NULL, self, MAX_PATH);

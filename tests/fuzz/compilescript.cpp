@@ -24,12 +24,13 @@ QString appNative, appWine;  // the application directories: where each script's
 QString compiler;            // the fake compiler
 QString driver;              // checks and runs the two scripts
 
-// Both scripts are checked with sh -n, then run, each in a subshell of one sh: rm, mv and cat are
-// functions that do nothing, so that only the fake compiler is a process of its own; its output stays in
-// temp.dat.part.
-const char kDriver[] = R"(rm() { :; }; mv() { :; }; cat() { :; }
+// Both scripts are checked with sh -n, then run, each in a subshell of one sh: rm, mv, cat and sed are
+// functions that do nothing, so that only the fake compiler is a process of its own. It writes its
+// arguments to the script's name with ".args" behind it: its output goes through sed under wine, which
+// takes lines apart, and arguments may hold line breaks.
+const char kDriver[] = R"(rm() { :; }; mv() { :; }; cat() { :; }; sed() { :; }
 for s in "$@"; do /bin/sh -n "$s" || exit 99; done
-for s in "$@"; do ( . "$s" ); done
+for s in "$@"; do ( ARGS=$s.args; export ARGS; . "$s" ); done
 )";
 
 // sh with the arguments, its own output thrown away; the exit status, or -1.
@@ -90,7 +91,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     compiler = bin + QStringLiteral("/PBPW *");
     QFile f(compiler);
     if (!f.open(QIODevice::WriteOnly) ||
-        f.write("#!/bin/sh\nfor a in \"$@\"; do printf '%s\\0' \"$a\"; done\n") < 0 ||
+        f.write("#!/bin/sh\nfor a in \"$@\"; do printf '%s\\0' \"$a\"; done >\"$ARGS\"\n") < 0 ||
         !f.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)) {
         std::fprintf(stderr, "cannot write the fake compiler\n");
         std::abort();
@@ -119,17 +120,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const QByteArray wineScript = runpbShWine(in, win);
     world->write(QStringLiteral("native.sh"), nativeScript);
     world->write(QStringLiteral("wine.sh"), wineScript);
-    const QString part = QStringLiteral("/temp.dat.part");
-    QFile::remove(appNative + part);
-    QFile::remove(appWine + part);
+    const QString statusFile = QStringLiteral("/temp.dat.status");
+    for (const QString& old : {appNative + statusFile, appWine + statusFile, world->file(QStringLiteral("native.sh.args")),
+                               world->file(QStringLiteral("wine.sh.args"))})
+        QFile::remove(old);
 
     const int status = runSh({driver, world->file(QStringLiteral("native.sh")), world->file(QStringLiteral("wine.sh"))});
     FUZZ_CHECK(status != 99, "sh refuses a script:\n%s\n%s", nativeScript.constData(), wineScript.constData());
     FUZZ_CHECK(status == 0, "the scripts did not run (%d)", status);
-    const QStringList gotNative = argumentsIn(appNative + part);
+    // The status goes where the script's own output names say.
+    for (const QString& app : {appNative, appWine}) {
+        QFile f(app + statusFile);
+        FUZZ_CHECK(f.open(QIODevice::ReadOnly) && f.readAll() == "0\n", "no status in %s", qPrintable(app));
+    }
+    const QStringList gotNative = argumentsIn(world->file(QStringLiteral("native.sh.args")));
     FUZZ_CHECK(gotNative == native, "native: got %s, wanted %s\n%s", qPrintable(describe(gotNative)),
                qPrintable(describe(native)), nativeScript.constData());
-    const QStringList gotWine = argumentsIn(appWine + part);
+    const QStringList gotWine = argumentsIn(world->file(QStringLiteral("wine.sh.args")));
     FUZZ_CHECK(gotWine == wine, "wine: got %s, wanted %s\n%s", qPrintable(describe(gotWine)),
                qPrintable(describe(wine)), wineScript.constData());
     return 0;

@@ -4,6 +4,7 @@
 #include "compile/frmCompile.h"
 
 #include <QPointer>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -41,6 +42,69 @@ TEST(Compile, AnErrorLineFromRealGpasmKeepsTheScreen) {
     EXPECT_EQ(t.screen().windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
     EXPECT_FALSE(t.screen().CompileScreenTimer.isActive());
     EXPECT_TRUE(t.screen().CompilerOutput->Text().contains("Error[113]"));
+    // gpasm ends with 1 after an error: both signs, each kept on its own.
+    EXPECT_TRUE(t.run().hasErrorLine() && t.run().failed());
+    EXPECT_EQ(t.run().exitStatus(), 1);
+    EXPECT_TRUE(t.screen().CompilerOutput->Text().endsWith("\nexit status 1\n"));
+}
+
+TEST(Compile, ACompilerThatFailsWithoutAnErrorLineKeepsTheScreenAndSaysItsStatus) {
+    QTemporaryDir scratch;
+    struct Case {
+        const char* name;
+        QByteArray program;
+        int status;
+        QString says;  // in the output, before the status line
+    };
+    const Case cases[] = {
+        {"quiet", "#!/bin/sh\necho 'PICBASIC PRO(TM) Compiler 3.1, done'\nexit 2\n", 2, "done"},
+        {"not executable", "PBPW\n", 126, "Permission denied"},
+        {"bad interpreter", "#!/no/such/interpreter\n", 127, "not found"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const QString compiler = writeProgram(scratch.filePath(QString(c.name) + "/PBPW"), c.program);
+        if (c.status == 126)
+            QFile::setPermissions(compiler, QFile::ReadOwner | QFile::WriteOwner);
+        CompileFrame t("x\n", compiler);
+        t.click(ToolId::Compile);
+        ASSERT_TRUE(t.waitAndTick());
+        EXPECT_EQ(t.screen().windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
+        EXPECT_FALSE(t.screen().CompileScreenTimer.isActive());
+        EXPECT_FALSE(t.run().hasErrorLine());
+        EXPECT_TRUE(t.run().failed());
+        EXPECT_EQ(t.run().exitStatus(), c.status);
+        const QStringList shown = t.screen().CompilerOutput->Text().split('\n');
+        EXPECT_EQ(shown.mid(shown.size() - 2), QStringList({"exit status " + QString::number(c.status), ""}));
+        EXPECT_TRUE(t.run().output().contains(c.says)) << t.run().output().toStdString();
+        EXPECT_FALSE(t.run().output().contains("exit status"));
+        EXPECT_TRUE(t.w.prompts.boxes.empty());
+    }
+}
+
+TEST(Compile, TheOutputScreenLearnsTheStatusOfACompileInATerminal) {
+    QTemporaryDir scratch;
+    for (int status : {0, 3}) {
+        SCOPED_TRACE(status);
+        const QString compiler = writeProgram(scratch.filePath(QString::number(status) + "/PBPW"),
+                                              "#!/bin/sh\necho compiled\nexit " + QByteArray::number(status) + "\n");
+        CompileFrame t("x\n", compiler, false);
+        saveSetting(Key::DosWindow, "0");
+        t.click(ToolId::Compile);
+        ASSERT_EQ(t.w.launcher.launches.size(), 1u);
+        ASSERT_EQ(t.w.launcher.launches[0].kind, LaunchRecord::Terminal);
+        // The terminal runs the script as it was handed over, and nobody waits for its end.
+        QProcess terminal;
+        terminal.start("/bin/sh", {t.w.launcher.launches[0].program});
+        ASSERT_TRUE(terminal.waitForFinished(30000));
+        EXPECT_EQ(terminal.readAllStandardOutput(),
+                  "Compiling.... Please Wait.\ncompiled\n" + QByteArray(status ? "exit status 3\n" : ""));
+        t.run().CheckFile_Timer();
+        EXPECT_EQ(t.run().exitStatus(), status);
+        EXPECT_EQ(t.run().failed(), status != 0);
+        EXPECT_EQ(t.screen().CompileScreenTimer.isActive(), status == 0);
+        EXPECT_EQ(t.screen().CompilerOutput->Text(), status ? "compiled\nexit status 3\n" : "compiled\n");
+    }
 }
 
 TEST(Compile, FakeCompilerBannerAndArguments) {

@@ -5,6 +5,7 @@
 #include "platform/PosixLauncher.h"
 #include "platform/ProgramHost.h"
 #include "platform/Wine.h"
+#include "platform/WineNames.h"
 #include "support/Doubles.h"
 #include "support/Files.h"
 
@@ -47,6 +48,13 @@ struct FakeWine {
 
 bool processExists(qint64 pid) { return ::kill(pid_t(pid), 0) == 0; }
 
+// A plain file, not executable, with its folder.
+void writeFile(const QString& path, const QByteArray& bytes) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size());
+}
+
 }  // namespace
 
 TEST(PeImage, IsToldByContentNotByName) {
@@ -78,6 +86,140 @@ TEST(PeImage, IsToldByContentNotByName) {
     if (const QString fake = fakeProgram("fakepbp.exe"); !fake.isEmpty()) {
         EXPECT_TRUE(isPeImageFile(fake));
     }
+
+    // The machine field behind the signature; none where there is no image or the bytes end before it.
+    QByteArray i386 = peHead(0x80);
+    i386[0x84] = char(0x4c), i386[0x85] = char(0x01);
+    EXPECT_EQ(peMachine(i386), kPeMachineI386);
+    EXPECT_EQ(peMachine(i386.left(0x85)), std::nullopt);
+    EXPECT_EQ(peMachine(wrongSignature), std::nullopt);
+    EXPECT_EQ(peMachineOfFile(writeProgram(dir.filePath("i386.exe"), i386)), kPeMachineI386);
+    EXPECT_EQ(peMachineOfFile(dir.filePath("missing.exe")), std::nullopt);
+    const std::pair<const char*, quint16> fakes[] = {{"fakepbp.exe", kPeMachineAmd64}, {"fakepbp32.exe", kPeMachineI386}};
+    for (const auto& [name, machine] : fakes) {
+        if (const QString fake = fakeProgram(name); !fake.isEmpty()) {
+            EXPECT_EQ(peMachineOfFile(fake), machine) << name;
+        }
+    }
+}
+
+TEST(Wine, ThirtyTwoBitSupportIsToldByDebiansLoaderOfWine32) {
+    struct Layout {
+        const char* name;
+        QStringList programs;  // under the root; "!" in front: there, but not executable
+        QString wine;          // the wine found on PATH, under the root
+        bool runs32Bit;
+    };
+    const QStringList debian64{"usr/bin/wine", "usr/lib/wine/wine64", "usr/lib/wine/wineserver64"};
+    const Layout layouts[] = {
+        {"wine64 alone", debian64, "usr/bin/wine", false},
+        {"wine64 alone, found through a link", debian64 + QStringList{"@usr/local/bin/wine"}, "usr/local/bin/wine", false},
+        {"with wine32", debian64 + QStringList{"usr/lib/wine/wine"}, "usr/bin/wine", true},
+        {"a wine32 loader that can't run", debian64 + QStringList{"!usr/lib/wine/wine"}, "usr/bin/wine", false},
+        {"another wine first on PATH", debian64 + QStringList{"opt/wine/bin/wine"}, "opt/wine/bin/wine", true},
+        {"not Debian's layout", {"usr/bin/wine"}, "usr/bin/wine", true},
+    };
+    for (const Layout& l : layouts) {
+        QTemporaryDir root;
+        for (const QString& p : l.programs) {
+            if (p.startsWith('@')) {
+                QDir().mkpath(QFileInfo(root.filePath(p.mid(1))).path());
+                ASSERT_TRUE(QFile::link(root.filePath("usr/bin/wine"), root.filePath(p.mid(1))));
+            } else if (p.startsWith('!')) {
+                writeFile(root.filePath(p.mid(1)), "");
+            } else {
+                writeProgram(root.filePath(p), "");
+            }
+        }
+        EXPECT_EQ(wineRuns32Bit(root.filePath(l.wine), root.path()), l.runs32Bit) << l.name;
+    }
+    const QString text = wine32MissingMessage("/opt/pbp/PBPX.EXE");
+    EXPECT_TRUE(text.startsWith("/opt/pbp/PBPX.EXE is a 32-bit Windows program"));
+    EXPECT_TRUE(text.endsWith("sudo dpkg --add-architecture i386 && sudo apt update && sudo apt install wine32"));
+}
+
+TEST(WineNames, OutputsThisCompileWroteTakeTheLongNameAndNoFileOfTheUsersIsLost) {
+    QTemporaryDir tmp;
+    const QString dir = tmp.path() + "/led work";
+    auto at = [&](const QString& name) { return dir + "/" + name; };
+    LongNamedOutputs ours;
+    // One dot: the outputs a compiler given the long name would write over are replaced. Files bearing the
+    // alias that the compile didn't write, or that are no outputs, stay.
+    writeFile(at("blinking_lights_v2.pbp"), "x");
+    writeFile(at("blinking_lights_v2.hex"), "old");
+    writeFile(at("BLIN~4HD.LST"), "an earlier compile's");
+    const AliasOutputs noted = noteAliasOutputs(at("blinking_lights_v2.pbp"), R"(Z:\TMP\LED_~KNS\BLIN~4HD.PBP)");
+    EXPECT_EQ(QStringList({noted.directory, noted.alias, noted.name}), QStringList({dir, "BLIN~4HD", "blinking_lights_v2"}));
+    EXPECT_TRUE(noted.compilerWouldUseName);
+    for (const char* written : {"BLIN~4HD.HEX", "BLIN~4HD.asm", "BLIN~4HD.TXT"})
+        writeFile(at(written), written);
+    LongNames names = giveLongNames(noted, ours);
+    std::sort(names.renamed.begin(), names.renamed.end());
+    EXPECT_EQ(names.renamed, (QList<std::pair<QString, QString>>{{"BLIN~4HD.HEX", "blinking_lights_v2.hex"},
+                                                                {"BLIN~4HD.asm", "blinking_lights_v2.asm"}}));
+    EXPECT_TRUE(names.kept.isEmpty());
+    EXPECT_EQ(readFile(at("blinking_lights_v2.hex")), "BLIN~4HD.HEX");
+    EXPECT_EQ(readFile(at("BLIN~4HD.LST")) + readFile(at("BLIN~4HD.TXT")), "an earlier compile'sBLIN~4HD.TXT");
+
+    // Two dots: the hex goes where Launch Programmer looks, blink.hex, but another program's stays; once
+    // this process put one there, the next compile replaces it until somebody else changes it.
+    writeFile(at("blink.v2.pbp"), "x");
+    writeFile(at("blink.hex"), "blink.pbp's");
+    struct Step {
+        const char* compilerWrites;
+        const char* thereBefore;  // what lies in blink.hex before, when the step puts something there
+        const char* hexAfter;
+        bool renamed;
+    };
+    const Step steps[] = {
+        {"v2", nullptr, "blink.pbp's", false},
+        {"v2 once", "<none>", "v2 once", true},
+        {"v2 twice!", nullptr, "v2 twice!", true},
+        {"v2 3", "the user's own", "the user's own", false},
+    };
+    for (const Step& st : steps) {
+        SCOPED_TRACE(st.compilerWrites);
+        if (st.thereBefore && QByteArray(st.thereBefore) == "<none>")
+            QFile::remove(at("blink.hex"));
+        else if (st.thereBefore)
+            writeFile(at("blink.hex"), st.thereBefore);
+        const AliasOutputs v2 = noteAliasOutputs(at("blink.v2.pbp"), R"(Z:\TMP\LED_~KNS\BLINKV~1.PBP)");
+        EXPECT_FALSE(v2.compilerWouldUseName);
+        writeFile(at("BLINKV~1.HEX"), st.compilerWrites);
+        names = giveLongNames(v2, ours);
+        EXPECT_EQ(readFile(at("blink.hex")), st.hexAfter);
+        EXPECT_EQ(QFileInfo::exists(at("BLINKV~1.HEX")), !st.renamed);
+        EXPECT_EQ(names.kept, st.renamed ? QStringList() : QStringList{"BLINKV~1.HEX keeps its name: blink.hex is "
+                                                                       "there and is not this compiler's output."});
+    }
+    // A folder in the way is never replaced; a name that is its own DOS form has nothing to rename.
+    QFile::remove(at("blink.hex"));
+    QDir().mkpath(at("blink.hex"));
+    const AliasOutputs v2 = noteAliasOutputs(at("blink.v2.pbp"), R"(Z:\TMP\LED_~KNS\BLINKV~1.PBP)");
+    writeFile(at("BLINKV~1.HEX"), "v2 into a folder");
+    EXPECT_EQ(giveLongNames(v2, ours).kept.size(), 1);
+    EXPECT_TRUE(QFileInfo(at("blink.hex")).isDir());
+    EXPECT_EQ(noteAliasOutputs(at("blink.pbp"), R"(Z:\TMP\LED_~KNS\blink.pbp)").alias, "");
+}
+
+TEST(WineNames, TheCompilersTextNamesTheUsersFiles) {
+    const QString text = "Writing Z:\\TMP\\LED_~KNS\\BLIN~4HD.HEX\r\n"
+                         "Error[113] z:\\tmp\\led_~kns\\blin~4hd.asm 45 : Symbol\r\n"
+                         "ERROR Line 3: (BLIN~4HD.PBP) and 'BLIN~4HD.PBP'.\r\n"
+                         "cwd=Z:\\TMP\\LED_~KNS\r\n"
+                         "Z:\\TMP\\LED_~KNS\\INC\\X.BAS, Z:\\TMP\\LED_~KNS2\\X, XBLIN~4HD.HEX, BLIN~4HD.HEXA\r\n"
+                         "Z:\\PBP3~1\\PBPX.EXE";
+    EXPECT_EQ(withUserNames(text,
+                            {{"Z:\\TMP\\LED_~KNS", "/tmp/led work"}, {"Z:\\PBP3~1", "/opt/pbp 3"},
+                             {"Z:\\PBP3~1\\PBPX.EXE", "/opt/pbp 3/PBPX.EXE"}},
+                            {{"BLIN~4HD.PBP", "blinking_lights_v2.pbp"}, {"BLIN~4HD.HEX", "blinking_lights_v2.hex"},
+                             {"BLIN~4HD.asm", "blinking_lights_v2.asm"}}),
+              "Writing /tmp/led work/blinking_lights_v2.hex\r\n"
+              "Error[113] /tmp/led work/blinking_lights_v2.asm 45 : Symbol\r\n"
+              "ERROR Line 3: (blinking_lights_v2.pbp) and 'blinking_lights_v2.pbp'.\r\n"
+              "cwd=/tmp/led work\r\n"
+              "/tmp/led work/INC/X.BAS, Z:\\TMP\\LED_~KNS2\\X, XBLIN~4HD.HEX, BLIN~4HD.HEXA\r\n"
+              "/opt/pbp 3/PBPX.EXE");
 }
 
 TEST(Wine, MissingWineNamesTheFileAndTheWayToGetIt) {
