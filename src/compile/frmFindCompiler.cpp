@@ -13,6 +13,7 @@
 #include <QFont>
 #include <QLabel>
 #include <QLineEdit>
+#include <QAbstractItemView>
 #include <QListWidget>
 #include <QPointer>
 #include <QPushButton>
@@ -43,6 +44,15 @@ frmFindCompiler::frmFindCompiler(frmCompile& options) : QDialog(&options), optio
     CPBC = new QPushButton(QStringLiteral("Configure as PicBasic Compiler"), this);
     CPBC->setEnabled(false);
     placeInTwips(CPBC, 3195, 1935, 2850, 330);
+    // This font's captions are wider than the twips allow: each button grows to its text, the second
+    // staying behind the first. The places, long paths here, show whole in the list that drops down.
+    const int gap = CPBC->x() - CPBP->geometry().right();
+    CPBP->resize(std::max(CPBP->width(), CPBP->sizeHint().width()), CPBP->height());
+    CPBC->move(std::max(CPBC->x(), CPBP->geometry().right() + gap), CPBC->y());
+    CPBC->resize(std::max(CPBC->width(), CPBC->sizeHint().width()), CPBC->height());
+    Drive1->view()->setMinimumWidth(Drive1->view()->sizeHintForColumn(0));
+    Drive1->setToolTip(Drive1->currentText());
+    connect(Drive1, &QComboBox::currentTextChanged, Drive1, &QWidget::setToolTip);
 
     connect(Command1, &QPushButton::clicked, this, [this] { Command1_Click(); });
     // A click or an arrow key selects an entry; tabbing into the list only makes a row current, which

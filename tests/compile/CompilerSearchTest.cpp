@@ -65,6 +65,10 @@ TEST_F(CompilerSearchTest, ListsEachCompilerOnceInItsOwnLetterCaseAndCountsAcros
                                   root + "/Pbc.Exe", root + "/tools/pbp/PBPX.EXE", root + "/tools/pbp/pbpw.exe"}));
     EXPECT_EQ(dlg.lbSearch->text(), "6 files found on drive " + root);
     EXPECT_FALSE(dlg.CPBP->isEnabled()) << "only a click on an entry makes the buttons usable";
+    // Both captions whole, side by side, inside the dialog; the place searched in full where it is cut.
+    EXPECT_TRUE(dlg.CPBP->width() >= dlg.CPBP->sizeHint().width() && dlg.CPBC->width() >= dlg.CPBC->sizeHint().width());
+    EXPECT_TRUE(dlg.CPBP->geometry().right() < dlg.CPBC->x() && dlg.CPBC->geometry().right() < dlg.width());
+    EXPECT_EQ(dlg.Drive1->toolTip(), root);
     // Tabbing in makes the first row current without selecting it: still no click.
     dlg.List1->setCurrentRow(0, QItemSelectionModel::NoUpdate);
     QFocusEvent focusIn(QEvent::FocusIn, Qt::TabFocusReason);
