@@ -95,63 +95,53 @@ TEST(WineCompile, WindowsCompilerGetsItsShortFormsAndItsProcessTreeEnds) {
         ::kill(pid_t(pid), SIGKILL);
 }
 
-TEST(WineCompile, ErrorFromAWindowsCompilerKeepsTheScreen) {
+TEST(WineCompile, FailuresKeepTheScreenAndOutputsTakeTheSourcesLongNameAndTheTextTheUsersNames) {
     if (const QString why = wineTestBlocker(); !why.isEmpty())
         GTEST_SKIP() << why.toStdString();
-    WineFrame t("an error here\r\n", fakeProgram("fakepbp.exe"));
-    ASSERT_TRUE(t.compileAndWait());
-    CompilerScreen* screen = CompilerScreen::find();
-    ASSERT_NE(screen, nullptr);
-    EXPECT_EQ(screen->windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
-    EXPECT_TRUE(screen->CompilerOutput->Text().contains("ERROR Line 1: Syntax error."));
-    EXPECT_FALSE(QFileInfo::exists(t.w.file("my 'led' work/blink.hex")));
-    // Its standard error follows, with the source named as the user knows it; its status too, ended as
-    // the Windows compiler ends its lines.
-    const QStringList lines = t.run().outputLines();
-    EXPECT_EQ(lines.mid(lines.indexOf("ERROR Line 1: Syntax error."), 2),
-              QStringList({"ERROR Line 1: Syntax error.", "1 error in " + t.w.file("my 'led' work/blink.pbp")}))
-        << t.run().output().toStdString();
-    EXPECT_EQ(t.run().exitStatus(), 1);
-    EXPECT_TRUE(screen->CompilerOutput->Text().endsWith("\r\nexit status 1\r\n"));
-}
-
-TEST(WineCompile, OutputsTakeTheSourcesLongNameAndTheTextTheUsersNames) {
-    if (const QString why = wineTestBlocker(); !why.isEmpty())
-        GTEST_SKIP() << why.toStdString();
-    WineFrame t("HIGH PORTB.0\r\n", fakeProgram("fakepbp.exe"), "led work/blinking_lights_v2.pbp");
+    WineFrame t("an error here\r\n", fakeProgram("fakepbp.exe"), "led work/blinking_lights_v2.pbp");
     const QString dir = t.w.file("led work"), source = dir + "/blinking_lights_v2.pbp";
     const QString alias = wineShortPath(source).section('\\', -1).section('.', 0, 0);
     ASSERT_TRUE(alias.contains('~')) << alias.toStdString();
-    // The last compile's hex, which this one replaces; a file of the user's that only bears the alias stays.
-    t.w.write("led work/blinking_lights_v2.hex", "old\n");
-    t.w.write("led work/" + alias + ".txt", "mine\n");
     auto filesThere = [&] {
         QStringList names = QDir(dir).entryList(QDir::Files);
         names.sort();
         return names;
     };
-    const QStringList outputs{"blinking_lights_v2.asm", "blinking_lights_v2.cod", "blinking_lights_v2.hex",
-                              "blinking_lights_v2.lst", "blinking_lights_v2.mac"};
 
+    // An error line: the screen stays. The compiler's standard error follows its output, with the source
+    // named as the user knows it, then its status, ended as the Windows compiler ends its lines.
     ASSERT_TRUE(t.compileAndWait());
-    EXPECT_EQ(filesThere(), QStringList({alias + ".txt"}) + outputs + QStringList{"blinking_lights_v2.pbp"});
+    CompilerScreen* screen = CompilerScreen::find();
+    ASSERT_NE(screen, nullptr);
+    EXPECT_EQ(screen->windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
+    const QStringList lines = t.run().outputLines();
+    EXPECT_EQ(lines.mid(lines.indexOf("ERROR Line 1: Syntax error."), 2),
+              QStringList({"ERROR Line 1: Syntax error.", "1 error in " + source}))
+        << t.run().output().toStdString();
+    EXPECT_EQ(t.run().exitStatus(), 1);
+    EXPECT_TRUE(screen->CompilerOutput->Text().endsWith("\r\nexit status 1\r\n"));
+    EXPECT_EQ(filesThere(), QStringList({"blinking_lights_v2.err", "blinking_lights_v2.pbp"}));
+
+    // The last compile's hex, which the next one replaces; a file of the user's that only bears the alias stays.
+    t.w.write("led work/blinking_lights_v2.hex", "old\n");
+    t.w.write("led work/" + alias + ".txt", "mine\n");
+    t.doc()->View->SetText("HIGH PORTB.0\r\n");
+    ASSERT_TRUE(t.compileAndWait());
+    EXPECT_EQ(filesThere(), QStringList({alias + ".txt", "blinking_lights_v2.asm", "blinking_lights_v2.cod",
+                                         "blinking_lights_v2.err", "blinking_lights_v2.hex", "blinking_lights_v2.lst",
+                                         "blinking_lights_v2.mac", "blinking_lights_v2.pbp"}));
     EXPECT_EQ(readFile(dir + "/blinking_lights_v2.hex"), ":020000040000FA\n:00000001FF\n");
     EXPECT_TRUE(t.run().outputLines().contains("Writing " + dir + "/blinking_lights_v2.hex")) << t.run().output().toStdString();
     EXPECT_FALSE(t.run().output().contains('~'));
     EXPECT_EQ(CompilerScreen::find()->windowTitle(), "Compiler Output - Auto Close in: 5 Secs - Esc to Cancel");
 
-    // A failing compile's .err takes the name too; one that ends with 2 and no error line keeps its screen.
-    t.doc()->View->SetText("an error here\r\n");
-    ASSERT_TRUE(t.compileAndWait());
-    EXPECT_TRUE(QFileInfo::exists(dir + "/blinking_lights_v2.err"));
-    EXPECT_TRUE(t.run().outputLines().contains("1 error in " + source)) << t.run().output().toStdString();
+    // Status 2 and no error line: the screen stays too.
     t.doc()->View->SetText("exit 2\r\n");
     ASSERT_TRUE(t.compileAndWait());
     EXPECT_FALSE(t.run().hasErrorLine());
     EXPECT_EQ(t.run().exitStatus(), 2);
     EXPECT_EQ(CompilerScreen::find()->windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
     EXPECT_TRUE(CompilerScreen::find()->CompilerOutput->Text().endsWith("All Rights Reserved.\r\nexit status 2\r\n"));
-    EXPECT_EQ(filesThere().filter("~"), QStringList({alias + ".txt"}));
     EXPECT_TRUE(t.w.prompts.boxes.empty());
 }
 
