@@ -9,7 +9,6 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
@@ -54,16 +53,13 @@ ProgrammerOutput::ProgrammerOutput(QWidget* owner) : QWidget(owner, Qt::Window) 
     Output = new QPlainTextEdit(this);
     Output->setReadOnly(true);
     Output->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    Output->setLineWrapMode(QPlainTextEdit::NoWrap);
-    Status = new QLabel(this);
-    Status->setTextInteractionFlags(Qt::TextSelectableByMouse);
     cmdStop = new QPushButton(QStringLiteral("&Stop"), this);
     cmdStop->setToolTip(QStringLiteral("End the programmer"));
     cmdClose = new QPushButton(QStringLiteral("&Close"), this);
     cmdClose->setToolTip(QStringLiteral("Hide this window; a running programmer goes on"));
 
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(Status, 1);
+    buttons->addStretch(1);
     buttons->addWidget(cmdStop);
     buttons->addWidget(cmdClose);
     auto* layout = new QVBoxLayout(this);
@@ -156,15 +152,14 @@ void ProgrammerOutput::Session_Ended() {
     const QString gap = written.isEmpty() || written.endsWith(QLatin1Char('\n')) ? QString() : QStringLiteral("\n");
     append(gap + ProgrammerSession::endText(*session_->end()) + QLatin1Char('\n'), session_->failed(), true);
     showState();
+    // A failure is not left behind the frame or hidden; the keyboard stays where the user is.
+    if (session_->failed() && session_->end()->how != ProcessEnd::How::Stopped) {
+        show();
+        raise();
+    }
 }
 
 void ProgrammerOutput::showState() {
     setWindowTitle(titleOf(session_.get()));
     cmdStop->setEnabled(running());
-    if (!session_)
-        Status->clear();
-    else if (!session_->end())
-        Status->setText(QStringLiteral("Running..."));
-    else
-        Status->setText(ProgrammerSession::endText(*session_->end()));
 }

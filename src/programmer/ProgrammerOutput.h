@@ -2,14 +2,14 @@
 // The "Programmer Output" window: a top-level window beside the frame, shown without blocking, that shows
 // the programmer's command line, its output as it arrives (standard error in red) and how it ended. There
 // is one for the application, made at the first launch and kept with its owner; each launch shows its run
-// in it. Closing it only hides it: a programmer that runs goes on, and Stop is what ends it.
+// in it. Closing it only hides it: a programmer that runs goes on, and Stop is what ends it. A run that
+// fails brings the window back up.
 
 #include <QWidget>
 #include <memory>
 
 class Frame;
 class ProgrammerSession;
-class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 
@@ -27,7 +27,6 @@ public:
     ~ProgrammerOutput() override;
 
     QPlainTextEdit* Output = nullptr;
-    QLabel* Status = nullptr;
     QPushButton* cmdStop = nullptr;
     QPushButton* cmdClose = nullptr;
 

@@ -30,8 +30,9 @@ QString programmerStillRunningText() {
 void GoProgram(frmEditor& doc) {
     // Two programmers at once would fight over the device.
     if (ProgrammerOutput* out = ProgrammerOutput::find(); out && out->running()) {
-        out->comeForward();
         globals().prompts->message(programmerStillRunningText(), QString(), Icon::Exclamation, Buttons::Ok);
+        // After the box, whose owner the window system raises with it.
+        out->comeForward();
         return;
     }
     QString path;
