@@ -73,10 +73,6 @@ private:
     QMetaObject::Connection finished_;
 };
 
-}  // namespace
-
-namespace {
-
 // The program found as the platform's launch would find it, and how it runs: natively, or through wine.
 struct Prepared {
     QString resolved;
@@ -209,7 +205,7 @@ std::unique_ptr<WatchedProcess> PosixLauncher::startWatched(const QString& progr
     auto p = std::make_unique<QProcess>();
     const Prepared prepared = prepare(program, workDir, *p, args);
     // What can be told before the start is told as a launch failure, as startDetached's would be.
-    if (!prepared.wine && !(QFileInfo(prepared.resolved).isFile() && QFileInfo(prepared.resolved).isExecutable()))
+    if (const QFileInfo fi(prepared.resolved); !prepared.wine && !(fi.isFile() && fi.isExecutable()))
         throw osFailure(EACCES, prepared.resolved);
     p->setStandardInputFile(QProcess::nullDevice());
     p->setChildProcessModifier([] { ::setsid(); });
