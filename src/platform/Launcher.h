@@ -26,6 +26,39 @@ public:
     virtual void letRun() {}
 };
 
+// How a watched program ended.
+struct ProcessEnd {
+    enum class How {
+        Exited,         // it ended by itself, with exitStatus
+        Crashed,        // a signal ended it
+        FailedToStart,  // it never ran; error holds the system's text
+        Stopped,        // stop() ended it
+    };
+    How how = How::Exited;
+    int exitStatus = 0;
+    QString error;
+};
+
+// What a watched program reports, on the thread of the event loop, never from within the start itself:
+// each piece of its output as it arrives, then its end, once.
+struct ProcessEvents {
+    enum class Channel { Out, Err };
+    std::function<void(Channel, const QByteArray&)> output;
+    std::function<void(const ProcessEnd&)> ended;
+};
+
+// A program started with its standard output and standard error captured, in its own process group.
+// Dropping the handle ends a program that still runs, with everything it started, and tells nothing; it is
+// not dropped from within its own events.
+class WatchedProcess {
+public:
+    virtual ~WatchedProcess() = default;
+    virtual bool running() const = 0;
+    // Asks the program and its process group to end, and makes sure of it shortly after; its end is
+    // told as Stopped.
+    virtual void stop() = 0;
+};
+
 class Launcher {
 public:
     virtual ~Launcher() = default;
@@ -33,6 +66,11 @@ public:
     // kFileNotFound when the program isn't there, another Failure with the OS text when it can't be
     // started, or with wineMissingMessage when it needs wine and there is none.
     virtual void startDetached(const QString& program, const QStringList& args, const QString& workDir) = 0;
+    // Starts a program as startDetached does, but watched: its output and end reach events. Throws as
+    // startDetached does for what can be told before the start; a start that fails later ends with
+    // FailedToStart.
+    virtual std::unique_ptr<WatchedProcess> startWatched(const QString& program, const QStringList& args,
+                                                         const QString& workDir, ProcessEvents events) = 0;
     // Runs a script hidden, in its own process group. Throws Failure when it can't start.
     virtual std::unique_ptr<HiddenProcess> startHidden(const QString& script, const QString& workDir) = 0;
     // Runs a script in the user's terminal emulator. False when none could be started.

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QUrl>
 
 #include <cerrno>
@@ -72,9 +73,13 @@ private:
     QMetaObject::Connection finished_;
 };
 
-}  // namespace
+// The program found as the platform's launch would find it, and how it runs: natively, or through wine.
+struct Prepared {
+    QString resolved;
+    bool wine = false;
+};
 
-void PosixLauncher::startDetached(const QString& program, const QStringList& args, const QString& workDir) {
+Prepared prepare(const QString& program, const QString& workDir, QProcess& p, const QStringList& args) {
     const QFileInfo fi(program);
     QString resolved = program;
     if (!program.contains(QLatin1Char('/'))) {
@@ -89,25 +94,124 @@ void PosixLauncher::startDetached(const QString& program, const QStringList& arg
     } else if (!fi.exists()) {
         throw fileNotFound();
     }
-    QProcess p;
-    if (needsWine(resolved)) {
+    Prepared out{resolved, needsWine(resolved)};
+    if (out.wine) {
         const QString wine = wineProgram();
         if (wine.isEmpty())
             throw invalidProcedureCall(wineMissingMessage(resolved));
         p.setProgram(wine);
         p.setArguments(QStringList{resolved} + args);
         p.setProcessEnvironment(wineEnvironment(QProcessEnvironment::systemEnvironment()));
-        // A first run of wine reports the prefix it creates; nobody reads that.
-        p.setStandardErrorFile(QProcess::nullDevice());
     } else {
         p.setProgram(resolved);
         p.setArguments(args);
     }
     if (!workDir.isEmpty())
         p.setWorkingDirectory(workDir);
+    return out;
+}
+
+// The program runs in a process group of its own, so that stopping it ends what it started too: a
+// Windows program's wine process, a script's children.
+class PosixWatchedProcess : public WatchedProcess {
+public:
+    PosixWatchedProcess(std::unique_ptr<QProcess> p, ProcessEvents events)
+        : p_(std::move(p)), events_(std::move(events)) {
+        QProcess* p_raw = p_.get();
+        QObject::connect(p_raw, &QProcess::readyReadStandardOutput, p_raw, [this] { drain(); });
+        QObject::connect(p_raw, &QProcess::readyReadStandardError, p_raw, [this] { drain(); });
+        QObject::connect(p_raw, &QProcess::finished, p_raw, [this](int code, QProcess::ExitStatus status) {
+            drain();
+            ProcessEnd end;
+            if (stopped_)
+                end.how = ProcessEnd::How::Stopped;
+            else if (status == QProcess::CrashExit)
+                end.how = ProcessEnd::How::Crashed;
+            else
+                end.exitStatus = code;
+            tell(end);
+        });
+        // Queued, so that a start that fails at once is still told from the event loop.
+        QObject::connect(
+            p_raw, &QProcess::errorOccurred, p_raw,
+            [this](QProcess::ProcessError error) {
+                if (error == QProcess::FailedToStart)
+                    tell({ProcessEnd::How::FailedToStart, 0, p_->errorString()});
+            },
+            Qt::QueuedConnection);
+    }
+    ~PosixWatchedProcess() override {
+        QObject::disconnect(p_.get(), nullptr, nullptr, nullptr);
+        if (!running())
+            return;
+        signalGroup(SIGKILL);
+        p_->waitForFinished(5000);  // the group was just killed; only a process stuck in the kernel lasts
+    }
+    void start() { p_->start(); }
+    bool running() const override { return p_->state() != QProcess::NotRunning; }
+    void stop() override {
+        if (!running() || stopped_)
+            return;
+        stopped_ = true;
+        // A programmer gets the chance to let go of its device before it is killed.
+        signalGroup(SIGTERM);
+        QTimer::singleShot(3000, p_.get(), [this] {
+            if (running())
+                signalGroup(SIGKILL);
+        });
+    }
+
+private:
+    void signalGroup(int sig) {
+        const qint64 pid = p_->processId();
+        if (pid > 0)
+            ::kill(pid_t(-pid), sig);
+    }
+    void drain() {
+        if (const QByteArray out = p_->readAllStandardOutput(); !out.isEmpty() && events_.output)
+            events_.output(ProcessEvents::Channel::Out, out);
+        if (const QByteArray err = p_->readAllStandardError(); !err.isEmpty() && events_.output)
+            events_.output(ProcessEvents::Channel::Err, err);
+    }
+    void tell(const ProcessEnd& end) {
+        if (told_)
+            return;
+        told_ = true;
+        if (events_.ended)
+            events_.ended(end);
+    }
+
+    std::unique_ptr<QProcess> p_;
+    ProcessEvents events_;
+    bool stopped_ = false;
+    bool told_ = false;
+};
+
+}  // namespace
+
+void PosixLauncher::startDetached(const QString& program, const QStringList& args, const QString& workDir) {
+    QProcess p;
+    if (prepare(program, workDir, p, args).wine) {
+        // A first run of wine reports the prefix it creates; nobody reads that.
+        p.setStandardErrorFile(QProcess::nullDevice());
+    }
     qint64 pid = 0;
     if (!p.startDetached(&pid))
         throw Failure(EACCES, p.errorString());
+}
+
+std::unique_ptr<WatchedProcess> PosixLauncher::startWatched(const QString& program, const QStringList& args,
+                                                            const QString& workDir, ProcessEvents events) {
+    auto p = std::make_unique<QProcess>();
+    const Prepared prepared = prepare(program, workDir, *p, args);
+    // What can be told before the start is told as a launch failure, as startDetached's would be.
+    if (const QFileInfo fi(prepared.resolved); !prepared.wine && !(fi.isFile() && fi.isExecutable()))
+        throw osFailure(EACCES, prepared.resolved);
+    p->setStandardInputFile(QProcess::nullDevice());
+    p->setChildProcessModifier([] { ::setsid(); });
+    auto watched = std::make_unique<PosixWatchedProcess>(std::move(p), std::move(events));
+    watched->start();
+    return watched;
 }
 
 std::unique_ptr<HiddenProcess> PosixLauncher::startHidden(const QString& script, const QString& workDir) {

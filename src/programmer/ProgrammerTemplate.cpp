@@ -6,7 +6,10 @@
 #include "platform/Paths.h"
 #include "platform/ProgramHost.h"
 
+#include <QHash>
 #include <QProcess>
+
+#include <algorithm>
 
 namespace {
 
@@ -39,9 +42,20 @@ std::optional<ProgrammerKind> programmerKindAt(int type) {
 }
 
 QString hexFileName(const QString& pathName) {
-    // The first dot of the whole path, so a dotted directory cuts the name there: users know this rule.
-    const qsizetype dot = pathName.indexOf(QLatin1Char('.'));
-    return pathName.left(dot + 1) + QStringLiteral("hex");
+    // The first dot of the file's own name: a dotted folder (/home/ann.lee) is no extension.
+    const qsizetype nameStart =
+        std::max(pathName.lastIndexOf(QLatin1Char('/')), pathName.lastIndexOf(pathSeparator())) + 1;
+    const qsizetype dot = pathName.indexOf(QLatin1Char('.'), nameStart);
+    return (dot < 0 ? pathName + QLatin1Char('.') : pathName.left(dot + 1)) + QStringLiteral("hex");
+}
+
+bool namesHexFile(const QString& options) {
+    return options.contains(QLatin1String("{HEXFILEWINPATH}"), Qt::CaseInsensitive) ||
+           options.contains(QLatin1String("{HEXFILEDOSPATH}"), Qt::CaseInsensitive);
+}
+
+bool isShortFormToken(const QString& token) {
+    return isToken(token, "{FILENAMEDOSPATH}") || isToken(token, "{HEXFILEDOSPATH}");
 }
 
 QString selectProgrammerDevice(DeviceCombo& combo) { return selectDeviceForTools(combo); }
@@ -101,7 +115,43 @@ std::optional<QString> programmerDirectory(const QString& pathName) {
     return sep == 0 ? pathSeparator() : pathName.left(sep);
 }
 
-ProgrammerCommand programmerCommand(const QString& pathName, const QString& expandedOptions) {
+QStringList templateArguments(const QString& options, const TokenValueFn& tokenValue) {
     // QProcess's rule: blanks separate, double quotes keep an argument together, tripled quotes give one.
-    return {trimBlanks(pathName), QProcess::splitCommand(trimBlanks(expandedOptions))};
+    const QStringList words = QProcess::splitCommand(trimBlanks(options));
+    if (!tokenValue)
+        return words;
+    QHash<QString, QString> known;
+    const TokenValueFn once = [&](const QString& token) {
+        const QString key = token.toUpper();
+        if (const auto it = known.constFind(key); it != known.constEnd())
+            return *it;
+        return *known.insert(key, tokenValue(token));
+    };
+    QStringList args;
+    for (QString word : words) {
+        ExpandCommandLineTokens(word, once);
+        // As a token with no value vanishes from a command line, so does the argument it was.
+        if (!word.isEmpty())
+            args << word;
+    }
+    return args;
+}
+
+ProgrammerCommand programmerCommand(const QString& pathName, const QString& options, const TokenValueFn& tokenValue) {
+    return {trimBlanks(pathName), templateArguments(options, tokenValue)};
+}
+
+QString commandLineText(const ProgrammerCommand& command) {
+    QStringList words;
+    for (const QString& word : QStringList{command.program} + command.args) {
+        if (!word.isEmpty() && !word.contains(QLatin1Char('"')) &&
+            std::none_of(word.begin(), word.end(), [](QChar c) { return c.isSpace(); })) {
+            words << word;
+            continue;
+        }
+        QString quoted = word;
+        quoted.replace(QLatin1Char('"'), QLatin1String("\"\"\""));
+        words << QLatin1Char('"') + quoted + QLatin1Char('"');
+    }
+    return words.join(QLatin1Char(' '));
 }

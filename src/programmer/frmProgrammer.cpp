@@ -16,6 +16,30 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+frmProgrammer* frmProgrammer::find() {
+    for (QWidget* w : globals().loadedWindows)
+        if (auto* dlg = qobject_cast<frmProgrammer*>(w))
+            return dlg;
+    return nullptr;
+}
+
+void frmProgrammer::open(Frame& frame, bool modal) {
+    if (frmProgrammer* dlg = find()) {
+        dlg->raise();
+        dlg->activateWindow();
+        return;
+    }
+    if (modal) {
+        frmProgrammer dlg(frame);
+        frame.runModal(dlg);
+        return;
+    }
+    auto* dlg = new frmProgrammer(frame);
+    dlg->setAttribute(Qt::WA_DeleteOnClose);
+    dlg->setModal(false);
+    dlg->show();
+}
+
 frmProgrammer::frmProgrammer(Frame& frame) : QDialog(frame.frameWindow()), frame_(frame) {
     setupFixedDialog(*this, QStringLiteral("Programmer Options"), 4500, 2475);
 

@@ -1,6 +1,7 @@
 #pragma once
 // The programmer options: which programmer kind, its path and its command line template.
-// Made anew at each opening, so it starts from what is stored; OK stores the selected kind only.
+// Made anew at each opening, so it starts from what is stored; OK stores the selected kind only. One is
+// open at a time: asking for it again brings the open one forward.
 
 #include <QDialog>
 
@@ -14,6 +15,12 @@ class QPushButton;
 class frmProgrammer : public QDialog {
     Q_OBJECT
 public:
+    // The options dialog that is open, or null: there is one at a time.
+    static frmProgrammer* find();
+    // Brings the open dialog forward, or opens one: modal when asked for (the menu's), else beside the
+    // frame without blocking (after a failed launch).
+    static void open(Frame& frame, bool modal);
+
     // Builds the controls and runs Form_Load; nothing is shown.
     explicit frmProgrammer(Frame& frame);
     ~frmProgrammer() override;

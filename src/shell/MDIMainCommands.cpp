@@ -241,8 +241,7 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
          }},
         {ToolId::ProgrammerOptions,
          [](M& f) {
-             frmProgrammer dlg(f);
-             f.runModal(dlg);
+             frmProgrammer::open(f, true);
              f.update();
              return true;
          }},

@@ -1,6 +1,7 @@
 /* A stand-in for a Windows device programmer: records its working directory and arguments in
-   prog-args.txt beside itself. With the argument --stay it then keeps running, as a programmer's window
-   would, until it is ended. */
+   prog-args.txt beside itself and says how many it got on standard output. With the argument --stay it
+   then keeps running, as a programmer's window would, until it is ended; with --fail it complains on
+   standard error and ends with exit status 3. */
 #include <windows.h>
 #include <stdio.h>
 #include <wchar.h>
@@ -22,12 +23,19 @@ int wmain(int argc, wchar_t** argv) {
         return 1;
     GetCurrentDirectoryW(MAX_PATH, cwd);
     fputs("cwd=", f), putUtf8(f, cwd), fputs("\n", f);
-    int stay = 0;
+    int stay = 0, fail = 0;
     for (int i = 1; i < argc; ++i) {
         fputs("arg=", f), putUtf8(f, argv[i]), fputs("\n", f);
         stay |= wcscmp(argv[i], L"--stay") == 0;
+        fail |= wcscmp(argv[i], L"--fail") == 0;
     }
     fclose(f);
+    printf("fakeprog: %d arguments\n", argc - 1);
+    fflush(stdout);
+    if (fail) {
+        fputs("fakeprog: no device answers\n", stderr);
+        return 3;
+    }
     if (stay)
         Sleep(600000);
     return 0;

@@ -1,5 +1,5 @@
 // A programmer's command line template as any text: the expansion ends, asks for each token's value once,
-// and the expanded line splits into a program and its arguments without a crash.
+// and the template splits into a program and its arguments, each value kept within its argument.
 //
 // Input: the template, then optionally after NUL bytes the values of the five known tokens in the order
 // FileNameDosPath, FileNameWinPath, HexFileDosPath, HexFileWinPath, DeviceName. Values may hold braces
@@ -8,6 +8,7 @@
 #include "programmer/ProgrammerTemplate.h"
 
 #include <QMap>
+#include <QProcess>
 
 #include <cmath>
 
@@ -54,13 +55,31 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (!typed.contains(QLatin1Char('{')))
         FUZZ_CHECK(options == typed, "a template without braces changed");
 
-    const ProgrammerCommand command = programmerCommand(values[1], options);
+    // The same template split first and expanded per argument: tokens asked once for the whole template,
+    // no argument empty, a value that holds no brace behind its first letter whole within one argument, and
+    // the line shown to the user splitting back into the same words.
+    asked.clear();
+    const ProgrammerCommand command = programmerCommand(values[1], typed, [&](const QString& token) {
+        FUZZ_CHECK(++asked[token.toUpper()] == 1, "token asked twice over the arguments: %s", qPrintable(token));
+        for (int i = 0; i < 5; ++i) {
+            if (token.compare(QLatin1String(kTokens[i]), Qt::CaseInsensitive) == 0)
+                return values[i];
+        }
+        return QString();
+    });
     FUZZ_CHECK(!command.program.startsWith(QLatin1Char(' ')) && !command.program.endsWith(QLatin1Char(' ')));
-    // Quotes only group: every letter of an argument is in the line.
-    for (const QString& arg : command.args) {
-        for (const QChar c : arg)
-            FUZZ_CHECK(options.contains(c), "argument letter not in the line");
-    }
+    for (const QString& arg : command.args)
+        FUZZ_CHECK(!arg.isEmpty(), "an empty argument");
+    const QStringList words = QProcess::splitCommand(typed.trimmed());
+    if (!typed.contains(QLatin1Char('{')))
+        FUZZ_CHECK(command.args == words, "a template without braces split otherwise than a command line");
+    const QString value = values[1];
+    if (words == QStringList{QStringLiteral("{FileNameWinPath}")} && !value.isEmpty() &&
+        !value.mid(1).contains(QLatin1Char('{')))
+        FUZZ_CHECK(command.args == QStringList{value}, "a value split over arguments");
+    if (!command.program.isEmpty())
+        FUZZ_CHECK(QProcess::splitCommand(commandLineText(command)) == QStringList{command.program} + command.args,
+                   "the shown line splits otherwise");
     (void)hexFileName(values[1]);
     (void)programmerDirectory(values[1]);
     return 0;

@@ -4,7 +4,9 @@
 
 #include "fakes/WinePrefix.h"
 #include "platform/Wine.h"
+#include "programmer/ProgrammerOutput.h"
 
+#include <QPlainTextEdit>
 #include <QTemporaryDir>
 
 #include <csignal>
@@ -206,17 +208,24 @@ TEST(WineProgrammer, AWindowsProgrammerGetsWindowsPathsForEveryToken) {
     const QString source = w.write("led project/blink.pbp", "HIGH 0\r\n");
     w.write("led project/blink.hex", ":00000001FF\r\n");
     saveSetting(Key::ProgrammerPathName, programmer);
+    // Unquoted tokens too: a value with a blank stays one argument.
     saveSetting(Key::ProgrammerCommandLineOptions,
-                "-dPIC{DeviceName} \"{HexFileWinPath}\" {HexFileDosPath} \"{FileNameWinPath}\" {FileNameDosPath}");
+                "-dPIC{DeviceName} \"{HexFileWinPath}\" {HexFileDosPath} {FileNameWinPath} {FileNameDosPath} --fail");
     t.start(source);
     t.click(ToolId::Epic);
     EXPECT_TRUE(w.prompts.boxes.empty());
+    ProgrammerOutput* out = ProgrammerOutput::find();
+    ASSERT_NE(out, nullptr);
+    ASSERT_TRUE(waitFor([&] { return !out->running(); }));
     const QString record = dir + "/prog-args.txt";
-    ASSERT_TRUE(waitFor([&] { return QFileInfo(record).size() > 0; }));
     const QStringList lines = QString::fromUtf8(readFile(record)).split('\n', Qt::SkipEmptyParts);
     const QString hexWin = wineWindowsPath(w.file("led project/blink.hex"));
     const QString srcWin = wineWindowsPath(source);
     EXPECT_EQ(lines, QStringList({"cwd=" + wineWindowsPath(dir), "arg=-dPIC16F84A",
                                   "arg=" + hexWin, "arg=" + wineShortPath(w.file("led project/blink.hex")),
-                                  "arg=" + srcWin, "arg=" + wineShortPath(source)}));
+                                  "arg=" + srcWin, "arg=" + wineShortPath(source), "arg=--fail"}));
+    // The Windows programmer's own output on both channels, and its exit status.
+    const QStringList shown = out->Output->toPlainText().split('\n').mid(1);
+    EXPECT_EQ(shown, QStringList({"fakeprog: 6 arguments", "fakeprog: no device answers",
+                                  "The programmer failed with exit status 3.", ""}));
 }

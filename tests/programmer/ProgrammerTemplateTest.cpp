@@ -6,6 +6,7 @@
 #include "support/FakeDeviceCombo.h"
 
 #include <QMap>
+#include <QProcess>
 #include <gtest/gtest.h>
 
 TEST(ProgrammerTemplate, ExpandsTokensWithTheCursorRules) {
@@ -62,9 +63,13 @@ TEST(ProgrammerTemplate, TokenValuesHexFileDirectoryAndArguments) {
     combo.index = 2;
     EXPECT_EQ(value("{DeviceName}"), "");
 
-    EXPECT_EQ(QStringList({hexFileName(R"(C:\work\blink.bas)"), hexFileName(R"(C:\my.dir\blink.bas)"),
-                           hexFileName("/home/ann/Makefile")}),
-              QStringList({R"(C:\work\blink.hex)", R"(C:\my.hex)", "hex"}));  // from the path's first dot
+    // Cut at the first dot of the file's own name, never of a folder.
+    const std::pair<QString, QString> hexNames[] = {
+        {"/home/ann.lee/led/a.bas", "/home/ann.lee/led/a.hex"}, {"/home/ann/led/a.b.bas", "/home/ann/led/a.hex"},
+        {"/home/ann.lee/Makefile", "/home/ann.lee/Makefile.hex"}, {"/w/.bas", "/w/.hex"},
+        {R"(C:\work\blink.bas)", R"(C:\work\blink.hex)"}, {"blink", "blink.hex"}};
+    for (const auto& [source, hex] : hexNames)
+        EXPECT_EQ(hexFileName(source), hex);
     EXPECT_EQ(programmerDirectory("/opt/pic kit/pk2cmd"), "/opt/pic kit");
     EXPECT_EQ(programmerDirectory("/pk2cmd"), "/");
     EXPECT_EQ(programmerDirectory(R"(C:\MPLAB\MPLAB.EXE)"), std::nullopt);
@@ -72,4 +77,35 @@ TEST(ProgrammerTemplate, TokenValuesHexFileDirectoryAndArguments) {
     const ProgrammerCommand c = programmerCommand("  /opt/pic kit/pk2cmd ", R"( -p16F84 -f "/my led/a;b $(x).hex" )");
     EXPECT_EQ(c.program, "/opt/pic kit/pk2cmd");
     EXPECT_EQ(c.args, QStringList({"-p16F84", "-f", "/my led/a;b $(x).hex"}));
+}
+
+TEST(ProgrammerTemplate, EachTokenStaysWithinItsArgument) {
+    const QMap<QString, QString> values = {{"{DEVICENAME}", "16F84"},
+                                           {"{HEXFILEWINPATH}", "/home/ann lee/my \"led\"/a.hex"},
+                                           {"{FILENAMEDOSPATH}", "/home/ann lee/a b.bas"},
+                                           {"{EMPTY}", ""}};
+    const std::pair<QString, QStringList> cases[] = {
+        {"-f {HexFileWinPath}", {"-f", "/home/ann lee/my \"led\"/a.hex"}},
+        {R"(-f "{hexfilewinpath}")", {"-f", "/home/ann lee/my \"led\"/a.hex"}},
+        {"-f={HEXFILEWINPATH};{DeviceName}", {"-f=/home/ann lee/my \"led\"/a.hex;16F84"}},
+        {"{FileNameDosPath} -p{DEVICEname}", {"/home/ann lee/a b.bas", "-p16F84"}},
+        {R"("-i {DeviceName} x" {Foo} "{Empty}" -q)", {"-i 16F84 x", "-q"}},  // empty arguments vanish
+        {R"(-t """{DeviceName}""" -u "a""b")", {"-t", "\"16F84\"", "-u", "ab"}},
+        {"{Hex File} {DeviceName", {"{Hex", "File}", "{DeviceName"}},  // split first: no token in either
+        {"  ", {}},
+    };
+    for (const auto& [options, expected] : cases) {
+        QMap<QString, int> calls;
+        const QStringList args = templateArguments(options, [&](const QString& token) {
+            ++calls[token.toUpper()];
+            return values.value(token.toUpper());
+        });
+        EXPECT_EQ(args, expected) << qPrintable(options);
+        for (int n : calls)
+            EXPECT_EQ(n, 1) << qPrintable(options) << ": each token is worked out once for the whole template";
+        // The line shown to the user splits back into the same words.
+        const ProgrammerCommand c{"/opt/pic kit/pk2cmd", args};
+        EXPECT_EQ(QProcess::splitCommand(commandLineText(c)), QStringList{c.program} + args) << qPrintable(options);
+    }
+    EXPECT_EQ(commandLineText({"pk2cmd", {"-f", "/a b/\"x\".hex", ""}}), R"(pk2cmd -f "/a b/"""x""".hex" "")");
 }

@@ -46,7 +46,26 @@ public:
     bool running() const override { return !ended; }
     bool ended = false;
 };
+class FakeWatched : public WatchedProcess {
+public:
+    explicit FakeWatched(std::shared_ptr<FakeRun> run) : run_(std::move(run)) {}
+    ~FakeWatched() override { run_->dropped = true; }
+    bool running() const override { return !run_->ended; }
+    void stop() override { run_->stopAsked = true; }
+
+private:
+    std::shared_ptr<FakeRun> run_;
+};
 }  // namespace
+
+std::unique_ptr<WatchedProcess> FakeLauncher::startWatched(const QString& program, const QStringList& args,
+                                                           const QString& workDir, ProcessEvents events) {
+    if (failWatched)
+        throw Failure(*failWatched, QStringLiteral("File not found"));
+    launches.push_back({LaunchRecord::Watched, program, args, workDir});
+    runs.push_back(std::make_shared<FakeRun>(FakeRun{std::move(events)}));
+    return std::make_unique<FakeWatched>(runs.back());
+}
 
 void FakeLauncher::startDetached(const QString& program, const QStringList& args, const QString& workDir) {
     if (failDetached)

@@ -10,6 +10,7 @@
 #include <QTemporaryDir>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -38,20 +39,37 @@ public:
 };
 
 struct LaunchRecord {
-    enum Kind { Detached, Hidden, Terminal, Url } kind;
+    enum Kind { Detached, Watched, Hidden, Terminal, Url } kind;
     QString program;
     QStringList args;
     QString workDir;
 };
 
+// A watched program of the launcher double: the test says what it prints and how it ends.
+struct FakeRun {
+    ProcessEvents events;
+    bool stopAsked = false;
+    bool dropped = false;  // its handle is gone
+    bool ended = false;
+    void say(ProcessEvents::Channel channel, const QByteArray& bytes) { events.output(channel, bytes); }
+    void end(const ProcessEnd& how) {
+        ended = true;
+        events.ended(how);
+    }
+};
+
 class FakeLauncher : public Launcher {
 public:
     std::vector<LaunchRecord> launches;
+    std::vector<std::shared_ptr<FakeRun>> runs;  // one for each watched start
     bool failTerminal = false;
     bool failUrl = false;
     std::optional<long> failDetached;  // Failure number to throw from startDetached
+    std::optional<long> failWatched;   // and from startWatched
 
     void startDetached(const QString& program, const QStringList& args, const QString& workDir) override;
+    std::unique_ptr<WatchedProcess> startWatched(const QString& program, const QStringList& args,
+                                                 const QString& workDir, ProcessEvents events) override;
     std::unique_ptr<HiddenProcess> startHidden(const QString& script, const QString& workDir) override;
     bool startInTerminal(const QString& script, const QString& workDir) override;
     bool openUrl(const QString& url) override;
