@@ -1,6 +1,7 @@
 #include "platform/PosixLauncher.h"
 
 #include "platform/Failure.h"
+#include "platform/PeImage.h"
 #include "platform/Wine.h"
 
 #include <QCoreApplication>
@@ -99,6 +100,9 @@ Prepared prepare(const QString& program, const QString& workDir, QProcess& p, co
         const QString wine = wineProgram();
         if (wine.isEmpty())
             throw invalidProcedureCall(wineMissingMessage(resolved));
+        // A 64-bit-only wine runs a 32-bit programmer as if it had done nothing.
+        if (peMachineOfFile(resolved) == kPeMachineI386 && !wineRuns32Bit(wine))
+            throw invalidProcedureCall(wine32MissingMessage(resolved));
         p.setProgram(wine);
         p.setArguments(QStringList{resolved} + args);
         p.setProcessEnvironment(wineEnvironment(QProcessEnvironment::systemEnvironment()));

@@ -162,6 +162,12 @@ TEST(WineCompile, A32BitCompilerWhereWineRunsOnly64BitOnesIsRefusedBeforeItRuns)
     EXPECT_FALSE(QFileInfo::exists(t.w.file("runpb.sh")));
     EXPECT_FALSE(t.run().CheckFile.isActive());
     EXPECT_TRUE(t.modals.isEmpty());
+    // A 32-bit programmer is refused the same way, also with no token in its template.
+    saveSetting(Key::ProgrammerType, "3");
+    saveSetting(Key::ProgrammerPathNameOther, t.compiler);
+    saveSetting(Key::ProgrammerCommandLineOptionsOther, "-x");
+    t.click(ToolId::Epic);
+    EXPECT_EQ(t.boxTexts().last(), "Error! \r\r" + wine32MissingMessage(t.compiler));
 }
 
 TEST(WineCompile, WithoutWineOneMessageAndNoCompile) {
