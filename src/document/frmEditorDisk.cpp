@@ -84,9 +84,8 @@ void DiskWatch::forget(frmEditor* doc) {
     if (it == docs_.constEnd())
         return;
     const QString path = it->path;
+    // The connections to the window and its view go with them.
     docs_.erase(it);
-    disconnect(doc->View, nullptr, this, nullptr);
-    disconnect(doc, nullptr, this, nullptr);
     for (const Watched& other : std::as_const(docs_))
         if (other.path == path)
             return;
@@ -98,7 +97,8 @@ void DiskWatch::Editors_PathChanged(frmEditor* doc) {
     if (it == docs_.end())
         return;
     const QString old = it->path;
-    *it = Watched{doc->View->document().PathName()};
+    it->path = doc->View->document().PathName();
+    it->settled();
     files_->watch(it->path);
     for (const Watched& other : std::as_const(docs_))
         if (other.path == old)
@@ -112,7 +112,7 @@ void DiskWatch::View_DiskSynced(frmEditor* doc) {
     const auto it = docs_.find(doc);
     if (it == docs_.end())
         return;
-    *it = Watched{it->path};
+    it->settled();
     files_->watch(it->path);
 }
 
@@ -148,7 +148,7 @@ void DiskWatch::Application_Active() {
 void DiskWatch::check(frmEditor& doc, bool mayAsk) {
     Document& d = doc.View->document();
     if (!d.changedOnDisk()) {
-        docs_[&doc] = Watched{docs_[&doc].path};
+        docs_[&doc].settled();
         return;
     }
     const QString path = docs_[&doc].path;

@@ -46,6 +46,8 @@ private:
         bool toldGone = false;
         // The file's content the user would not reload, or that could not be read: not asked about again.
         DiskStamp declined;
+        // Text and file agree: nothing to ask, say or remember.
+        void settled() { pending = toldGone = false, declined = {}; }
     };
 
     void Editors_Opened(frmEditor* doc);
