@@ -169,8 +169,10 @@ void Document::ReloadFile(QByteArrayView encoding) {
     } catch (const Unread& u) {
         throw u.failure;
     }
-    std::optional<TextFormat> format = detectFormat(bytes, setting(Key::LegacyEncoding).toLatin1());
-    if (!encoding.isEmpty() && !(format = formatIn(bytes, encoding))) {
+    const std::optional<TextFormat> format = encoding.isEmpty()
+                                                 ? detectFormat(bytes, setting(Key::LegacyEncoding).toLatin1())
+                                                 : formatIn(bytes, encoding);
+    if (!format) {
         const bool utf8 = encoding.compare(QByteArrayView(kUtf8Name), Qt::CaseInsensitive) == 0;
         throw Failure(EILSEQ, utf8 ? QStringLiteral("%1 is not UTF-8 text: read as UTF-8, some of its bytes would be "
                                                     "lost.")
@@ -203,8 +205,6 @@ void Document::take(QByteArray& bytes, const TextFormat& format) {
 }
 
 QByteArray Document::encoding() const { return encodingName(format_->text); }
-
-const DiskStamp& Document::diskStamp() const { return format_->disk; }
 
 bool Document::changedOnDisk() const {
     if (format_->diskPath.isEmpty() || !samePath(pathName_, format_->diskPath))

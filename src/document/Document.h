@@ -9,7 +9,6 @@ class SourceView;
 class SourceViewEditor;
 class Language;
 struct TextFormat;
-struct DiskStamp;
 
 class Document {
 public:
@@ -39,8 +38,6 @@ public:
     // The file at PathName no longer holds what this document last read or wrote there: another program
     // changed, replaced or removed it, or made it where there was none.
     bool changedOnDisk() const;
-    // What the file held when this document last read or wrote it.
-    const DiskStamp& diskStamp() const;
 
     Language& language();
 
