@@ -83,26 +83,24 @@ void Document::setAllText(const QByteArray& utf8) {
 
 namespace {
 
-// Why a file is not read: the Failure, and for a file that is there, what to say when the document is then
-// to be saved over it.
-struct Unread {
-    Failure failure;
-    QString reason;
-};
-
-// The file's whole bytes, or Unread.
-QByteArray readSource(const QString& path) {
+// The file's whole bytes. A file that is there but isn't read throws with reason set to what to say when
+// the document is then to be saved over it.
+QByteArray readSource(const QString& path, QString& reason) {
+    const auto refuse = [&](Failure f, const QString& why) {
+        reason = why;
+        return f;
+    };
     const QFileInfo info(path);
     if (!info.exists())
-        throw Unread{osFailure(ENOENT, path), {}};
+        throw osFailure(ENOENT, path);
     if (info.isDir())
-        throw Unread{osFailure(EISDIR, path), QStringLiteral("it is a folder")};
+        throw refuse(osFailure(EISDIR, path), QStringLiteral("it is a folder"));
     const auto tooLarge = [&](qint64 size) {
-        return Unread{Failure(EFBIG, QStringLiteral("%1: The file is too large to open (%2 MB; the limit is %3 MB).")
+        return refuse(Failure(EFBIG, QStringLiteral("%1: The file is too large to open (%2 MB; the limit is %3 MB).")
                                          .arg(path)
                                          .arg(size / (1024 * 1024))
                                          .arg(Document::kMaxFileBytes / (1024 * 1024))),
-                      QStringLiteral("it is too large")};
+                      QStringLiteral("it is too large"));
     };
     if (info.size() > Document::kMaxFileBytes)
         throw tooLarge(info.size());
@@ -110,7 +108,7 @@ QByteArray readSource(const QString& path) {
     QFile file(path);
     errno = 0;
     if (!file.open(QIODevice::ReadOnly))
-        throw Unread{osFailure(lastError(EACCES), path), QStringLiteral("it could not be read")};
+        throw refuse(osFailure(lastError(EACCES), path), QStringLiteral("it could not be read"));
     QByteArray bytes;
     // A file another program writes in place at this moment may be read half old, half new: it is read
     // again while its size or time moves under the read, a few times at most. What was read is what the
@@ -121,7 +119,7 @@ QByteArray readSource(const QString& path) {
         // A file that reports no size (a device, a pipe) is read up to the limit and one byte more.
         bytes = info.isFile() ? file.readAll() : file.read(Document::kMaxFileBytes + 1);
         if (file.error() != QFileDevice::NoError)
-            throw Unread{osFailure(lastError(EIO), path), QStringLiteral("it could not be read")};
+            throw refuse(osFailure(lastError(EIO), path), QStringLiteral("it could not be read"));
         const QFileInfo after(path);
         const bool still = before.size() == after.size() && after.size() == bytes.size() &&
                            before.lastModified() == after.lastModified();
@@ -131,10 +129,10 @@ QByteArray readSource(const QString& path) {
     if (bytes.size() > Document::kMaxFileBytes)
         throw tooLarge(bytes.size());
     if (bytes.contains('\0'))
-        throw Unread{Failure(EILSEQ, QStringLiteral("%1: The file holds binary data (NUL bytes), not text; it was not "
+        throw refuse(Failure(EILSEQ, QStringLiteral("%1: The file holds binary data (NUL bytes), not text; it was not "
                                                     "opened.")
                                          .arg(path)),
-                     QStringLiteral("it holds binary data")};
+                     QStringLiteral("it holds binary data"));
     return bytes;
 }
 
@@ -146,16 +144,17 @@ void Document::LoadFile(const QString& path) {
     *format_ = FileFormat{};
     format_->diskPath = QFileInfo(path).absoluteFilePath();
     QByteArray bytes;
+    QString refused;
     try {
-        bytes = readSource(path);
-    } catch (const Unread& u) {
+        bytes = readSource(path, refused);
+    } catch (const Failure&) {
         setAllText({});
-        if (!u.reason.isEmpty()) {
+        if (!refused.isEmpty()) {
             format_->refusedPath = format_->diskPath;
-            format_->refusedReason = u.reason;
+            format_->refusedReason = refused;
         }
         emit view_.DiskSynced();
-        throw u.failure;
+        throw;
     }
     take(bytes, detectFormat(bytes, setting(Key::LegacyEncoding).toLatin1()));
 }
@@ -163,12 +162,8 @@ void Document::LoadFile(const QString& path) {
 void Document::ReloadFile(QByteArrayView encoding) {
     endRun();
     const QString path = pathName_;
-    QByteArray bytes;
-    try {
-        bytes = readSource(path);
-    } catch (const Unread& u) {
-        throw u.failure;
-    }
+    QString refused;  // the text stays, and with it what the document knows of the file
+    QByteArray bytes = readSource(path, refused);
     const std::optional<TextFormat> format = encoding.isEmpty()
                                                  ? detectFormat(bytes, setting(Key::LegacyEncoding).toLatin1())
                                                  : formatIn(bytes, encoding);
