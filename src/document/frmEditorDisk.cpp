@@ -134,10 +134,17 @@ void DiskWatch::DiskTimer_Timer() {
     }
 }
 
+// Asked once the switch is done: a box within it would stand over a frame still half switched.
 void DiskWatch::Editors_Activated(frmEditor* doc) {
-    const auto it = docs_.constFind(doc);
-    if (it != docs_.constEnd() && it->pending && !asking_)
-        skipOnFailure([&] { check(*doc, true); });
+    QMetaObject::invokeMethod(
+        this,
+        [this, alive = QPointer<frmEditor>(doc)] {
+            frmEditor* d = alive.data();
+            const auto it = docs_.constFind(d);
+            if (d && it != docs_.constEnd() && it->pending && !asking_ && editors_.active() == d)
+                skipOnFailure([&] { check(*d, true); });
+        },
+        Qt::QueuedConnection);
 }
 
 void DiskWatch::Application_Active() {

@@ -47,6 +47,7 @@ struct OnDisk : ::testing::Test {
     void activate(frmEditor& d) {
         frame.docs.chosen = &d;
         emit frame.docs.activated(&d);
+        QCoreApplication::sendPostedEvents(&watch);
     }
     // Another program's atomic save: a new file in the old one's place.
     static void replace(const QString& p, const QByteArray& bytes) {
@@ -167,6 +168,7 @@ TEST_F(OnDisk, AModifiedDocumentAsksWhenActivatedAndSaveAsksBeforeOverwriting) {
     watch.applicationActive = [] { return true; };
     world.prompts.answers = {Answer::Yes};
     emit qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+    QCoreApplication::sendPostedEvents(&watch);
     EXPECT_EQ(shown(), QStringList({"File Changed"}));
     EXPECT_EQ(text(a), "' theirs again\r\n");
     EXPECT_FALSE(doc(a).Modified());

@@ -54,10 +54,10 @@ TEST(FilesOnDisk, AnotherProgramsSavesReachTheDocumentsAndTheFramesOwnDoNot) {
     QFile::remove(b);
     EXPECT_TRUE(waitFor([&] { return ticks > 0; }));
     EXPECT_TRUE(t.w.prompts.boxes.empty());
-    t.f->mdiArea()->setActiveSubWindow(docA->subWindow());
-    t.f->mdiArea()->setActiveSubWindow(docB->subWindow());
-    t.f->mdiArea()->setActiveSubWindow(docA->subWindow());
-    t.f->mdiArea()->setActiveSubWindow(docB->subWindow());
+    for (frmEditor* d : {docA, docB, docA, docB}) {
+        t.f->mdiArea()->setActiveSubWindow(d->subWindow());
+        QCoreApplication::processEvents();
+    }
     ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
     EXPECT_EQ(t.lastBox().text, fileGoneText(b));
     t.click(ToolId::Save);
