@@ -17,6 +17,7 @@ inline constexpr char Open[] = "ID_Open";
 inline constexpr char Close[] = "ID_Close";
 inline constexpr char Save[] = "ID_Save";
 inline constexpr char SaveAs[] = "ID_SaveAs";
+inline constexpr char ReopenWithEncoding[] = "ID_ReopenWithEncoding";
 inline constexpr char Print[] = "ID_Print";
 inline constexpr char File1[] = "ID_File1";
 inline constexpr char File2[] = "ID_File2";

@@ -1,5 +1,6 @@
 #include "document/Document.h"
 
+#include "document/DiskStamp.h"
 #include "document/Language.h"
 #include "document/Positions.h"
 #include "document/SourceView.h"
@@ -21,6 +22,9 @@ using Sci = QsciScintillaBase;
 
 struct Document::FileFormat {
     TextFormat text;
+    // What the file held when this document last read or wrote it, and its absolute path.
+    DiskStamp disk;
+    QString diskPath;
     // An existing file whose load was refused: saving the (empty) document over it would destroy it.
     QString refusedPath;
     QString refusedReason;
@@ -77,55 +81,140 @@ void Document::setAllText(const QByteArray& utf8) {
     view_.checkCaretMoved();
 }
 
-// The bytes go into the control as they are, in UTF-8: a file with mixed line endings keeps them, and
-// the first ending found only decides what Enter inserts.
-void Document::LoadFile(const QString& path) {
-    *format_ = FileFormat{};
-    auto refuse = [&](const Failure& f, const QString& reason) {
-        setAllText({});
-        format_->refusedPath = QFileInfo(path).absoluteFilePath();
-        format_->refusedReason = reason;
-        throw f;
+namespace {
+
+// The file's whole bytes. A file that is there but isn't read throws with reason set to what to say when
+// the document is then to be saved over it.
+QByteArray readSource(const QString& path, QString& reason) {
+    const auto refuse = [&](Failure f, const QString& why) {
+        reason = why;
+        return f;
     };
     const QFileInfo info(path);
-    if (!info.exists()) {
-        setAllText({});
+    if (!info.exists())
         throw osFailure(ENOENT, path);
-    }
     if (info.isDir())
-        refuse(osFailure(EISDIR, path), QStringLiteral("it is a folder"));
+        throw refuse(osFailure(EISDIR, path), QStringLiteral("it is a folder"));
     const auto tooLarge = [&](qint64 size) {
-        refuse(Failure(EFBIG, QStringLiteral("%1: The file is too large to open (%2 MB; the limit is %3 MB).")
-                                  .arg(path)
-                                  .arg(size / (1024 * 1024))
-                                  .arg(kMaxFileBytes / (1024 * 1024))),
-               QStringLiteral("it is too large"));
+        return refuse(Failure(EFBIG, QStringLiteral("%1: The file is too large to open (%2 MB; the limit is %3 MB).")
+                                         .arg(path)
+                                         .arg(size / (1024 * 1024))
+                                         .arg(Document::kMaxFileBytes / (1024 * 1024))),
+                      QStringLiteral("it is too large"));
     };
-    if (info.size() > kMaxFileBytes)
-        tooLarge(info.size());
+    if (info.size() > Document::kMaxFileBytes)
+        throw tooLarge(info.size());
 
     QFile file(path);
     errno = 0;
     if (!file.open(QIODevice::ReadOnly))
-        refuse(osFailure(lastError(EACCES), path), QStringLiteral("it could not be read"));
-    errno = 0;
-    // A file that reports no size (a device, a pipe) is read up to the limit and one byte more.
-    QByteArray bytes = info.isFile() ? file.readAll() : file.read(kMaxFileBytes + 1);
-    if (file.error() != QFileDevice::NoError)
-        refuse(osFailure(lastError(EIO), path), QStringLiteral("it could not be read"));
-    if (bytes.size() > kMaxFileBytes)
-        tooLarge(bytes.size());
+        throw refuse(osFailure(lastError(EACCES), path), QStringLiteral("it could not be read"));
+    QByteArray bytes;
+    // A file another program writes in place at this moment may be read half old, half new: it is read
+    // again while its size or time moves under the read, a few times at most. What was read is what the
+    // document's stamp says, so a change after the last read is seen as one.
+    for (int attempt = 0;; ++attempt) {
+        const QFileInfo before(path);
+        errno = 0;
+        // A file that reports no size (a device, a pipe) is read up to the limit and one byte more.
+        bytes = info.isFile() ? file.readAll() : file.read(Document::kMaxFileBytes + 1);
+        if (file.error() != QFileDevice::NoError)
+            throw refuse(osFailure(lastError(EIO), path), QStringLiteral("it could not be read"));
+        const QFileInfo after(path);
+        const bool still = before.size() == after.size() && after.size() == bytes.size() &&
+                           before.lastModified() == after.lastModified();
+        if (!info.isFile() || still || attempt == 2 || !file.seek(0))
+            break;
+    }
+    if (bytes.size() > Document::kMaxFileBytes)
+        throw tooLarge(bytes.size());
     if (bytes.contains('\0'))
-        refuse(Failure(EILSEQ, QStringLiteral("%1: The file holds binary data (NUL bytes), not text; it was not opened.")
-                                   .arg(path)),
-               QStringLiteral("it holds binary data"));
+        throw refuse(Failure(EILSEQ, QStringLiteral("%1: The file holds binary data (NUL bytes), not text; it was not "
+                                                    "opened.")
+                                         .arg(path)),
+                     QStringLiteral("it holds binary data"));
+    return bytes;
+}
 
-    const TextFormat format = detectFormat(bytes, setting(Key::LegacyEncoding).toLatin1());
+}  // namespace
+
+// The bytes go into the control as they are, in UTF-8: a file with mixed line endings keeps them, and
+// the first ending found only decides what Enter inserts.
+void Document::LoadFile(const QString& path) {
+    *format_ = FileFormat{};
+    format_->diskPath = QFileInfo(path).absoluteFilePath();
+    QByteArray bytes;
+    QString refused;
+    try {
+        bytes = readSource(path, refused);
+    } catch (const Failure&) {
+        setAllText({});
+        if (!refused.isEmpty()) {
+            format_->refusedPath = format_->diskPath;
+            format_->refusedReason = refused;
+        }
+        emit view_.DiskSynced();
+        throw;
+    }
+    take(bytes, detectFormat(bytes, setting(Key::LegacyEncoding).toLatin1()));
+}
+
+void Document::ReloadFile(QByteArrayView encoding) {
+    endRun();
+    const QString path = pathName_;
+    QString refused;  // the text stays, and with it what the document knows of the file
+    QByteArray bytes = readSource(path, refused);
+    const std::optional<TextFormat> format = encoding.isEmpty()
+                                                 ? detectFormat(bytes, setting(Key::LegacyEncoding).toLatin1())
+                                                 : formatIn(bytes, encoding);
+    if (!format) {
+        const bool utf8 = encoding.compare(QByteArrayView(kUtf8Name), Qt::CaseInsensitive) == 0;
+        throw Failure(EILSEQ, utf8 ? QStringLiteral("%1 is not UTF-8 text: read as UTF-8, some of its bytes would be "
+                                                    "lost.")
+                                         .arg(QDir::toNativeSeparators(path))
+                                   : QStringLiteral("%1 is not text in %2: read so, some of its bytes would be lost.")
+                                         .arg(QDir::toNativeSeparators(path), QString::fromLatin1(encoding)));
+    }
+    // The caret stays on its line and the view where it was, as far as the new text reaches.
+    const long caret = sci().SendScintilla(Sci::SCI_GETCURRENTPOS);
+    const long line = sci().SendScintilla(Sci::SCI_LINEFROMPOSITION, caret);
+    const long column = sci().SendScintilla(Sci::SCI_GETCOLUMN, caret);
+    const long firstVisible = sci().SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE);
+    *format_ = FileFormat{};
+    format_->diskPath = QFileInfo(path).absoluteFilePath();
+    take(bytes, *format);
+    const long lastLine = sci().SendScintilla(Sci::SCI_GETLINECOUNT) - 1;
+    sci().SendScintilla(Sci::SCI_GOTOPOS, sci().SendScintilla(Sci::SCI_FINDCOLUMN, std::min(line, lastLine), column));
+    sci().SendScintilla(Sci::SCI_SETFIRSTVISIBLELINE, firstVisible);
+    view_.checkCaretMoved();
+}
+
+void Document::take(QByteArray& bytes, const TextFormat& format) {
+    format_->disk = DiskStamp::ofBytes(bytes);
     const QByteArray utf8 = toUtf8Text(bytes, format.encoding, format.codePage);
     bytes.clear();
     setAllText(utf8);
     format_->text = format;
     sci().setEolMode(eolMode(format.lineEnding));
+    emit view_.DiskSynced();
+}
+
+QByteArray Document::encoding() const { return encodingName(format_->text); }
+
+bool Document::changedOnDisk() const {
+    if (format_->diskPath.isEmpty() || !samePath(pathName_, format_->diskPath))
+        return false;
+    return !DiskStamp::of(pathName_).sameAs(format_->disk);
+}
+
+bool Document::askToOverwrite(const QString& path) const {
+    const QString question = QStringLiteral("%1 was changed by another program since it was opened or saved here."
+                                            "\r\rOverwrite it with the text here? The other program's changes are "
+                                            "then lost.")
+                                 .arg(QDir::toNativeSeparators(path));
+    Prompts* prompts = globals().prompts;
+    return prompts && prompts->message(question, QStringLiteral("File Changed on Disk"), Icon::Exclamation,
+                                       Buttons::YesNoDefaultNo) == Answer::Yes;
 }
 
 bool Document::askToSaveAsUtf8(const QString& path, QByteArrayView utf8) const {
@@ -152,6 +241,15 @@ void Document::SaveFile(const QString& path) {
         throw Failure(EPERM, QStringLiteral("%1 was not opened, as %2, so this document is not saved over it: "
                                             "that would destroy the file. Save under another name.")
                                  .arg(path, format_->refusedReason));
+    // Another program's change since this document read or wrote the file is only overwritten when the
+    // user says so. A file that is gone is written again, in its folder made anew if that went too.
+    if (!format_->diskPath.isEmpty() && samePath(path, format_->diskPath)) {
+        const DiskStamp now = DiskStamp::of(path);
+        if (now.isFile && !now.sameAs(format_->disk) && !askToOverwrite(path))
+            throw cancelError();
+        if (!now.exists && format_->disk.exists)
+            QDir().mkpath(QFileInfo(path).absolutePath());
+    }
     const auto text = [this] {
         const auto* chars = reinterpret_cast<const char*>(sci().SendScintilla(Sci::SCI_GETCHARACTERPOINTER));
         return QByteArrayView(chars, sci().SendScintilla(Sci::SCI_GETLENGTH));
@@ -188,7 +286,10 @@ void Document::SaveFile(const QString& path) {
     if (!file.commit())
         throw osFailure(lastError(EIO), path);
     format_->text.encoding = encoding;
+    format_->disk = DiskStamp::ofBytes(*bytes);
+    format_->diskPath = QFileInfo(path).absoluteFilePath();
     sci().SendScintilla(Sci::SCI_SETSAVEPOINT);
+    emit view_.DiskSynced();
 }
 
 int Document::NumLines() const { return int(sci().SendScintilla(Sci::SCI_GETLINECOUNT)); }

@@ -8,6 +8,7 @@
 class SourceView;
 class SourceViewEditor;
 class Language;
+struct TextFormat;
 
 class Document {
 public:
@@ -24,7 +25,19 @@ public:
     // the system's errno and text. In a folder where no new file may be made, the file is written in place.
     // Text that the file's code page cannot hold is written as UTF-8 only when the user says so; if not,
     // nothing is written and the Failure is the cancel one that callers pass over.
+    // A file that another program changed since this document read or wrote it is overwritten only when the
+    // user says so; if not, nothing is written and the Failure is the cancel one. A file that is gone is
+    // written again, its folder made anew if that is gone too.
     void SaveFile(const QString& path);
+    // Reads PathName again, in the encoding given (kUtf8Name or a code page) or, without one, as LoadFile
+    // does. The caret keeps its line. A failure, or an encoding that can't keep the file's bytes, throws
+    // Failure and leaves the text as it was.
+    void ReloadFile(QByteArrayView encoding = {});
+    // kUtf8Name, or the code page the file was read in.
+    QByteArray encoding() const;
+    // The file at PathName no longer holds what this document last read or wrote there: another program
+    // changed, replaced or removed it, or made it where there was none.
+    bool changedOnDisk() const;
 
     Language& language();
 
@@ -47,6 +60,10 @@ public:
 private:
     struct FileFormat;
     SourceViewEditor& sci() const;
+    // Puts the file's bytes, read in that format, in as the text: no undo step, not modified.
+    void take(QByteArray& bytes, const TextFormat& format);
+    // Asks whether to write over another program's change; true for Yes.
+    bool askToOverwrite(const QString& path) const;
     void setAllText(const QByteArray& utf8);
     // Asks whether to save as UTF-8 what the code page cannot hold; true for Yes.
     bool askToSaveAsUtf8(const QString& path, QByteArrayView utf8) const;

@@ -109,6 +109,8 @@ signals:
     void MouseUp(int buttons, int shift, int x, int y);
     // The document's Modified went from false to true or back (an edit, a save, undo to the saved text).
     void ModifiedChanged(bool modified);
+    // The document read or wrote its file (LoadFile, ReloadFile, SaveFile): text and file agree again.
+    void DiskSynced();
 
 private:
     friend class SourceViewEditor;

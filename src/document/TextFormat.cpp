@@ -1,5 +1,7 @@
 #include "document/TextFormat.h"
 
+#include "document/CodePageGuess.h"
+
 #include <QStringDecoder>
 #include <QStringEncoder>
 #include <algorithm>
@@ -83,11 +85,48 @@ TextFormat detectFormat(QByteArrayView bytes, QByteArrayView codePage) {
         f.encoding = TextEncoding::Utf8;
     } else {
         // Windows-1252 keeps any bytes; a multi-byte page only those that are text of its own.
-        const CodePage& page = CodePage::named(codePage);
+        const std::optional<QByteArray> guessed = guessCodePage(bytes);
+        const CodePage& page = CodePage::named(guessed ? QByteArrayView(*guessed) : codePage);
         f.encoding = TextEncoding::CodePage;
         f.codePage = page.keeps(bytes) ? page.name() : QByteArray(kWindows1252);
     }
     return f;
+}
+
+std::optional<TextFormat> formatIn(QByteArrayView bytes, QByteArrayView encoding) {
+    TextFormat f;
+    f.lineEnding = detectLineEnding(bytes);
+    if (encoding.compare(QByteArrayView(kUtf8Name), Qt::CaseInsensitive) == 0) {
+        f.encoding = hasBom(bytes) ? TextEncoding::Utf8Bom : TextEncoding::Utf8;
+        const bool valid = isValidUtf8(f.encoding == TextEncoding::Utf8Bom ? bytes.sliced(3) : bytes);
+        return valid ? std::optional(f) : std::nullopt;
+    }
+    const CodePage& page = CodePage::named(encoding);
+    if (!page.keeps(bytes))
+        return std::nullopt;
+    f.encoding = TextEncoding::CodePage;
+    f.codePage = page.name();
+    return f;
+}
+
+QByteArray encodingName(const TextFormat& format) {
+    return format.encoding == TextEncoding::CodePage ? format.codePage : QByteArray(kUtf8Name);
+}
+
+const std::vector<EncodingChoice>& encodingChoices() {
+    static const std::vector<EncodingChoice> choices = {
+        {kUtf8Name, QStringLiteral("Unicode (UTF-8)")},
+        {"windows-1250", QStringLiteral("Central European (Windows-1250)")},
+        {"windows-1251", QStringLiteral("Cyrillic (Windows-1251)")},
+        {"windows-1252", QStringLiteral("Western (Windows-1252)")},
+        {"windows-1253", QStringLiteral("Greek (Windows-1253)")},
+        {"windows-1254", QStringLiteral("Turkish (Windows-1254)")},
+        {"windows-1255", QStringLiteral("Hebrew (Windows-1255)")},
+        {"windows-1256", QStringLiteral("Arabic (Windows-1256)")},
+        {"windows-1257", QStringLiteral("Baltic (Windows-1257)")},
+        {"windows-1258", QStringLiteral("Vietnamese (Windows-1258)")},
+    };
+    return choices;
 }
 
 QString decodeWindows1252(QByteArrayView bytes) {

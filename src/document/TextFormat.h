@@ -8,7 +8,8 @@
 #include <optional>
 #include <vector>
 
-// A file that is not UTF-8 is in a code page: the user's (LegacyEncoding), else Windows-1252.
+// A file that is not UTF-8 is in a code page: the one ICU's detector is sure of, else the user's
+// (LegacyEncoding), else Windows-1252.
 enum class TextEncoding { Utf8, Utf8Bom, CodePage };
 enum class LineEnding { CrLf, Lf, Cr };
 
@@ -52,9 +53,25 @@ private:
 bool isValidUtf8(QByteArrayView bytes);
 // The first line ending in the bytes; `none` when there is no line break at all.
 LineEnding detectLineEnding(QByteArrayView bytes, LineEnding none = LineEnding::Lf);
-// UTF-8 (with its byte order mark noted) when the bytes are valid UTF-8, else the code page, or
-// Windows-1252 when that code page can't keep these bytes as they are.
+// UTF-8 (with its byte order mark noted) when the bytes are valid UTF-8, else the code page the charset
+// detector is sure of, else the given one, or Windows-1252 when that code page can't keep these bytes as
+// they are.
 TextFormat detectFormat(QByteArrayView bytes, QByteArrayView codePage = kWindows1252);
+
+// The name a user picks to read a file as UTF-8; any other name is a code page.
+inline constexpr char kUtf8Name[] = "UTF-8";
+// The bytes read in the encoding the user picked; nullopt when that encoding can't keep them as they are
+// (bytes that aren't UTF-8, or aren't text of a multi-byte page), since a save would then change them.
+std::optional<TextFormat> formatIn(QByteArrayView bytes, QByteArrayView encoding);
+// The encoding's name as a user picks it: kUtf8Name, or the code page's.
+QByteArray encodingName(const TextFormat& format);
+
+struct EncodingChoice {
+    QByteArray name;  // kUtf8Name or a code page the converters know
+    QString label;    // as a list shows it
+};
+// What a file can be read again in: UTF-8 and the Windows code pages.
+const std::vector<EncodingChoice>& encodingChoices();
 
 // Every byte has a character: the five bytes the code page leaves undefined stand for the C1 control
 // characters of the same number, so any file decodes and encodes back to the same bytes.

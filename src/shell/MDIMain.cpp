@@ -6,9 +6,11 @@
 #include "document/Document.h"
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
+#include "document/frmEditorDisk.h"
 #include "document/frmEditorRecovery.h"
 #include "platform/Failure.h"
 #include "platform/Prompts.h"
+#include "platform/QtFileWatch.h"
 #include "platform/Twips.h"
 #include "core/Convert.h"
 #include "core/Globals.h"
@@ -82,6 +84,8 @@ MDIMain::MDIMain(QString commandLine, QWidget* parent)
     connect(editors_.get(), &Editors::opened, this, &MDIMain::Editors_Opened);
     connect(editors_.get(), &Editors::closed, this, &MDIMain::Editors_Closed);
     connect(editors_.get(), &Editors::pathChanged, this, &MDIMain::Editors_PathChanged);
+    // Another program's changes to the open files; it goes with the registry.
+    new DiskWatch(*this, *editors_, std::make_unique<QtFileWatch>(), editors_.get());
     // The paste tool follows the clipboard, also a copy made in another program.
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] { EnableTools(); });
     SSActiveToolBars1.attach(*this);

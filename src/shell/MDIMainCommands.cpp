@@ -8,6 +8,7 @@
 #include "document/EditorColors.h"
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
+#include "document/frmEditorEncoding.h"
 #include "platform/Failure.h"
 #include "platform/Launcher.h"
 #include "platform/Prompts.h"
@@ -142,6 +143,12 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
              return true;
          }},
         {ToolId::SaveAs, &M::saveAs},
+        {ToolId::ReopenWithEncoding,
+         [](M& f) {
+             if (frmEditor* doc = f.activeDocument())
+                 reopenWithEncoding(*doc);
+             return true;
+         }},
         {ToolId::Print, onView(&SourceView::PrintText)},
         {ToolId::Exit,
          [](M& f) {

@@ -1,6 +1,8 @@
 // A source file's bytes as any bytes: the detected format decodes them and encodes them back to the same
-// bytes, and the UTF-8 test agrees with Qt's own decoder.
+// bytes, whatever code page the detector names; an encoding a user picks does so too or is refused; and
+// the UTF-8 test agrees with Qt's own decoder.
 #include "FuzzWorld.h"
+#include "document/CodePageGuess.h"
 #include "document/TextFormat.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -18,6 +20,21 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     FUZZ_CHECK(isValidUtf8(utf8), "decoded text is not UTF-8");
     const std::optional<QByteArray> back = fromUtf8Text(utf8, format.encoding);
     FUZZ_CHECK(back && *back == bytes, "encoding %d does not give the bytes back", int(format.encoding));
+
+    // A guess is a single-byte page, which keeps any bytes.
+    if (const std::optional<QByteArray> page = guessCodePage(bytes)) {
+        FUZZ_CHECK(CodePage::named(*page).name() == *page && CodePage::named(*page).singleByte(), "guessed %s",
+                   page->constData());
+    }
+    for (const EncodingChoice& choice : {encodingChoices()[0], encodingChoices()[5]}) {
+        if (const std::optional<TextFormat> picked = formatIn(bytes, choice.name)) {
+            const std::optional<QByteArray> kept =
+                fromUtf8Text(toUtf8Text(bytes, picked->encoding, picked->codePage), picked->encoding, picked->codePage);
+            FUZZ_CHECK(kept && *kept == bytes, "read in %s, the bytes change", choice.name.constData());
+        } else {
+            FUZZ_CHECK(choice.name == kUtf8Name && !valid, "%s refused", choice.name.constData());
+        }
+    }
 
     // Every byte is a character of the code page, both ways.
     const QString w = decodeWindows1252(bytes);
