@@ -14,8 +14,10 @@
 #include "core/Globals.h"
 #include "core/ToolIds.h"
 #include "shell/Placement.h"
+#include "core/Session.h"
 #include "core/Settings.h"
 #include "devices/DeviceCatalogue.h"
+#include "platform/SingleInstance.h"
 #include "shell/EditorRegistry.h"
 #include "shell/EnableTools.h"
 #include "shell/RecentFiles.h"
@@ -34,6 +36,8 @@
 #include <QMdiSubWindow>
 #include <QVBoxLayout>
 #include <QDir>
+#include <QFileInfo>
+#include <QPointer>
 #include <QWindow>
 
 #include <cerrno>
@@ -166,11 +170,73 @@ void MDIMain::MDIForm_Load() {
     skipOnFailure([&] { GetDevices(); });
     skipOnFailure([&] { setDeviceListIndex(int16Of(setting(Key::DefaultDevice))); });
     skipOnFailure([&] { GetDeviceData(false); });
-    // The command line is taken whole: no trimming, no quotes removed.
-    const QString path = commandLine_.isEmpty() ? setting(Key::LastFile) : commandLine_;
-    createCountedDocument(path, true);
+    // The command line is taken whole: no trimming, no quotes removed. Without one the documents of the
+    // last normal close come back; when none of them is left, LastFile opens.
+    if (!commandLine_.isEmpty())
+        createCountedDocument(commandLine_, true);
+    else if (!restoreSession())
+        createCountedDocument(setting(Key::LastFile), true);
     // What a crash left unsaved is offered last, over the documents of a normal start.
     skipOnFailure([&] { recoverDocuments([this](const QString& path) { return openRecovered(path); }); });
+}
+
+bool MDIMain::restoreSession() {
+    const Session session = readSession();
+    frmEditor* active = nullptr;
+    bool any = false, refused = false;
+    for (qsizetype i = 0; i < session.documents.size(); ++i) {
+        const SessionDocument& d = session.documents[i];
+        // A file gone since, or no longer a file, is left out without a word; so is one listed twice.
+        if (!QFileInfo(d.path).isFile() || editors_->find(d.path))
+            continue;
+        frmEditor* doc = nullptr;
+        skipOnFailure([&] { doc = createDocument(d.path, false); });
+        if (!doc) {
+            refused = true;
+            continue;
+        }
+        any = true;
+        skipOnFailure([&] {
+            const int line = qBound(0, d.line, doc->View->document().NumLines() - 1);
+            doc->View->SetSel(0, line, 0, line);
+        });
+        if (i == session.active)
+            active = doc;
+    }
+    if (refused) {
+        skipOnFailure([&] { EnableTools(); });
+        skipOnFailure([&] { showDocumentCount(); });
+    }
+    if (active && active->subWindow())
+        mdi_->setActiveSubWindow(active->subWindow());
+    return any;
+}
+
+void MDIMain::takeHandOver(const QStringList& files) {
+    if (!loaded_ || unloaded_)
+        return;
+    for (const QString& path : files) {
+        if (frmEditor* doc = editors_->find(path)) {
+            if (doc->subWindow())
+                mdi_->setActiveSubWindow(doc->subWindow());
+            continue;
+        }
+        // As a file named at start: one that doesn't exist yet is an empty document of that name.
+        createCountedDocument(path, true);
+    }
+    comeForward();
+}
+
+void MDIMain::comeForward() {
+    if (isMinimized())
+        setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+    show();
+    raise();
+    activateWindow();
+}
+
+bool MDIMain::answerLaterStarts(SingleInstance& channel) {
+    return channel.listen([this](const HandOver& message) { takeHandOver(message.files); });
 }
 
 frmEditor* MDIMain::openRecovered(const QString& path) {
@@ -263,13 +329,32 @@ void MDIMain::moveEvent(QMoveEvent* e) {
 
 void MDIMain::closeEvent(QCloseEvent* e) {
     // Every document closes in turn; one that refuses stops the whole shutdown, and nothing is saved.
+    // Those that close are kept for the next start, in their order, with the active one and their lines.
+    auto session = std::make_unique<Session>();
+    const frmEditor* wasActive = activeDocument();
     const QList<QMdiSubWindow*> subs = mdi_->subWindowList(QMdiArea::CreationOrder);
     for (QMdiSubWindow* sub : subs) {
+        const QPointer<frmEditor> doc = qobject_cast<frmEditor*>(sub->widget());
+        int line = 0;
+        if (doc)
+            line = doc->View->CaretY();
+        const bool active = doc && doc == wasActive;
         if (!sub->close()) {
             e->ignore();
             return;
         }
+        // Read after the close: a save at its question may have given the document another name. A file
+        // never saved has nothing to come back to.
+        if (!doc)
+            continue;
+        const QString path = doc->View->document().PathName();
+        if (!QFileInfo(path).isFile())
+            continue;
+        if (active)
+            session->active = int(session->documents.size());
+        session->documents.append({path, line});
     }
+    closingSession_ = std::move(session);
     MDIForm_Unload();
     e->accept();
 }
@@ -292,6 +377,7 @@ void MDIMain::MDIForm_Unload() {
         saveSetting(Key::WindowState, QString::number(state));
     });
     skipOnFailure([&] { saveRecentFiles(SSActiveToolBars1); });
+    skipOnFailure([&] { saveSession(closingSession_ ? *closingSession_ : Session{}); });
     skipOnFailure([&] { saveSetting(Key::DefaultDevice, QString::number(deviceListIndex())); });
     // The other windows of the system go with the frame, the output screen first, the about box last.
     for (QWidget* w : shutdownOrder(globals().loadedWindows, this))
@@ -349,8 +435,13 @@ void MDIMain::AddWindowEntry(const QString& title) {
 void MDIMain::showDocumentCount() { setOpenDocsCaption(SSActiveToolBars1, miDocCount()); }
 
 void MDIMain::setPanelText(int panel, const QString& text) {
-    if (m_cSBar)
+    if (!m_cSBar)
+        return;
+    // A fixed panel grows to hold its whole text (a caret at line 12345); the spring takes what is left.
+    if (m_cSBar->PanelSpring(PanelRef(panel)))
         m_cSBar->PanelText(PanelRef(panel), text);
+    else
+        m_cSBar->PanelTextWiden(PanelRef(panel), text);
 }
 
 void MDIMain::picStatus_Paint() {

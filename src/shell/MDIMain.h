@@ -23,7 +23,9 @@ class StatusPicture;
 class QMdiSubWindow;
 class frmEditor;
 class EditorRegistry;
+class SingleInstance;
 struct Failure;
+struct Session;
 
 class MDIMain : public QMainWindow, public Frame {
     Q_OBJECT
@@ -72,6 +74,12 @@ public:
     // the window again and is thrown.
     frmEditor* createDocument(const QString& path, bool missingIsEmpty = true);
 
+    // A later start's files: each opens, or comes forward when it is open already; then the frame comes to
+    // the front, also with no file.
+    void takeHandOver(const QStringList& files);
+    // From now on later starts hand their files to this frame through the channel.
+    bool answerLaterStarts(SingleInstance& channel);
+
     // Every click on a tool, from a menu or the toolbar, and a menu opening.
     void SSActiveToolBars1_ToolClick(Tool& tool);
     // The user closed a combo box's list.
@@ -92,6 +100,9 @@ private:
     void picStatus_Resize();
     void MDIForm_Unload();
     void placeFrame();
+    // The documents of the last normal close, as they were; false when none of them could be opened.
+    bool restoreSession();
+    void comeForward();
     // The Window menu and the files label follow the registry.
     void Editors_Opened(frmEditor* doc);
     void Editors_Closed(frmEditor* doc);
@@ -129,6 +140,8 @@ private:
     // The stored outer size, until the window manager's frame is known and the client can be fitted.
     std::optional<QSize> pendingOuter_;
     std::unique_ptr<EditorRegistry> editors_;
+    // The documents as the close found them, written with the rest at unload.
+    std::unique_ptr<Session> closingSession_;
     // The state the tools were last set from: an unchanged state writes nothing.
     std::optional<ToolState> toolState_;
 };
