@@ -5,6 +5,7 @@
 #include "platform/QtPrompts.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
 #include <QGuiApplication>
@@ -226,10 +227,14 @@ TEST(Commands, CtrlGOpensGotoLineAndF3FindsNext) {
     EXPECT_EQ(key(ToolId::FindNext), QList<QKeySequence>{QKeySequence("F3")});
     SourceView& v = *t.doc()->View;
     v.SetText("LOW 1\nHIGH 1\nHIGH 2");
-    t.f->activateWindow();
-    QTest::keyClick(v.editorWidget(), Qt::Key_G, Qt::ControlModifier);
-    EXPECT_EQ(modals, QStringList{"Goto Line"});
-    EXPECT_EQ(v.CaretY(), 0);
+    QApplication::setActiveWindow(t.f.get());
+    // In the editor, and anywhere else in the frame through the menu's key.
+    for (QWidget* where : {v.editorWidget(), static_cast<QWidget*>(t.f->mdiArea())}) {
+        modals.clear();
+        QTest::keyClick(where, Qt::Key_G, Qt::ControlModifier);
+        EXPECT_EQ(modals, QStringList{"Goto Line"});
+        EXPECT_EQ(v.CaretY(), 0);
+    }
     ASSERT_TRUE(v.findText("HIGH", false, false, true));
     QTest::keyClick(v.editorWidget(), Qt::Key_F3);
     EXPECT_EQ(v.CaretY(), 2);
