@@ -31,8 +31,8 @@ int main(int argc, char** argv) {
     {
         MDIMain frame(commandLine);
         prompts.setParent(&frame);
-        frame.show();
         frame.answerLaterStarts(channel);
+        frame.show();
         rc = app.exec();
         prompts.setParent(nullptr);
     }

@@ -58,11 +58,16 @@ bool QtSingleInstance::listen(std::function<void(const HandOver&)> onMessage) {
     connect(server_, &QLocalServer::newConnection, this, &QtSingleInstance::acceptConnections);
     if (server_->listen(address_))
         return true;
-    // The socket a killed IDE left behind: nobody answered on it a moment ago, so it is taken over.
+    // The socket a killed IDE left behind is taken over; one that an IDE listens on (started at the same
+    // moment as this one) is left to it.
     if (server_->serverError() == QAbstractSocket::AddressInUseError) {
-        QLocalServer::removeServer(address_);
-        if (server_->listen(address_))
-            return true;
+        QLocalSocket probe;
+        probe.connectToServer(address_);
+        if (!probe.waitForConnected(kRunningIdeAnswerMs / 4)) {
+            QLocalServer::removeServer(address_);
+            if (server_->listen(address_))
+                return true;
+        }
     }
     delete server_;
     server_ = nullptr;

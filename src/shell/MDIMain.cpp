@@ -138,6 +138,7 @@ void MDIMain::showEvent(QShowEvent* e) {
 }
 
 void MDIMain::MDIForm_Load() {
+    loading_ = true;
     openSave_.setPrompts(globals().prompts);
     skipOnFailure([&] { m_cSBar = std::make_unique<cNoStatusBar>(picStatus->icons()); });
     skipOnFailure([&] {
@@ -178,6 +179,9 @@ void MDIMain::MDIForm_Load() {
         createCountedDocument(setting(Key::LastFile), true);
     // What a crash left unsaved is offered last, over the documents of a normal start.
     skipOnFailure([&] { recoverDocuments([this](const QString& path) { return openRecovered(path); }); });
+    loading_ = false;
+    if (!handedOverEarly_.isEmpty())
+        takeHandOver(std::exchange(handedOverEarly_, {}));
 }
 
 bool MDIMain::restoreSession() {
@@ -213,8 +217,13 @@ bool MDIMain::restoreSession() {
 }
 
 void MDIMain::takeHandOver(const QStringList& files) {
-    if (!loaded_ || unloaded_)
+    if (unloaded_)
         return;
+    // A later start that came while this frame was still coming up: its files open at the end of the load.
+    if (!loaded_ || loading_) {
+        handedOverEarly_ << files;
+        return;
+    }
     for (const QString& path : files) {
         if (frmEditor* doc = editors_->find(path)) {
             if (doc->subWindow())

@@ -10,9 +10,11 @@
 #include <QHash>
 #include <QMainWindow>
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <optional>
 #include <memory>
+#include <utility>
 
 class QCoreApplication;
 class QDialog;
@@ -77,7 +79,8 @@ public:
     // A later start's files: each opens, or comes forward when it is open already; then the frame comes to
     // the front, also with no file.
     void takeHandOver(const QStringList& files);
-    // From now on later starts hand their files to this frame through the channel.
+    // From now on later starts hand their files to this frame through the channel; before the frame is
+    // shown too, so that a start at the same moment finds it.
     bool answerLaterStarts(SingleInstance& channel);
 
     // Every click on a tool, from a menu or the toolbar, and a menu opening.
@@ -136,7 +139,10 @@ private:
     QMdiArea* mdi_ = nullptr;
     OpenSave openSave_;
     bool loaded_ = false;
+    bool loading_ = false;
     bool unloaded_ = false;
+    // Files handed over before the load ended.
+    QStringList handedOverEarly_;
     // The stored outer size, until the window manager's frame is known and the client can be fitted.
     std::optional<QSize> pendingOuter_;
     std::unique_ptr<EditorRegistry> editors_;

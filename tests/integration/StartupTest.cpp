@@ -321,7 +321,7 @@ QString socketFile(const QString& address) {
 // A later start's files reach the running frame: each opens, or comes forward when it is open, with no
 // question; with none the frame just comes to the front.
 TEST(OneIde, HandedOverFilesOpenOrComeForwardAndTheFrameComesToTheFront) {
-    RunningFrame t;
+    RunningFrame t(QString(), false);
     struct Channel : SingleInstance {
         std::function<void(const HandOver&)> listener;
         bool handOver(const HandOver&, int) override { return false; }
@@ -330,9 +330,13 @@ TEST(OneIde, HandedOverFilesOpenOrComeForwardAndTheFrameComesToTheFront) {
             return true;
         }
     } channel;
-    ASSERT_TRUE(t.f->answerLaterStarts(channel));
     const QString a = t.w.write("a.pbp", "A"), b = t.w.write("b.pbp", "B"), fresh = t.w.file("new.pbp");
+    // The frame listens before it is shown: a file that comes while it is loading opens after its own.
+    t.f = std::make_unique<MDIMain>(QString());
+    ASSERT_TRUE(t.f->answerLaterStarts(channel));
     channel.listener({{a}});
+    t.f->show();
+    EXPECT_EQ(t.titles(), QStringList({t.w.file("Untitled.pbp"), a}));
     EXPECT_EQ(t.doc()->Caption(), a);
     channel.listener({{t.w.appDir() + "/./b.pbp", a, fresh}});
     EXPECT_EQ(t.titles(), QStringList({t.w.file("Untitled.pbp"), a, t.w.appDir() + "/./b.pbp", fresh}));
