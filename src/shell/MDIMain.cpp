@@ -38,10 +38,12 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
+#include <QTimer>
 #include <QWindow>
 
 #include <cerrno>
 #include <cmath>
+#include <limits>
 
 namespace {
 // The windows besides the frame, in the order the system closes them; others last, as they were loaded.
@@ -92,6 +94,10 @@ MDIMain::MDIMain(QString commandLine, QWidget* parent)
     connect(&SSActiveToolBars1, &SSActiveToolBars::ToolClick, this, &MDIMain::SSActiveToolBars1_ToolClick);
     connect(&SSActiveToolBars1, &SSActiveToolBars::ComboCloseUp, this, &MDIMain::SSActiveToolBars1_ComboCloseUp);
     setWindowIcon(QIcon(QStringLiteral(":/icons/compile.png")));
+    // A timer, not a posted call: input and paints get their turn between two documents.
+    restoreTimer_.setSingleShot(true);
+    restoreTimer_.setInterval(0);
+    connect(&restoreTimer_, &QTimer::timeout, this, &MDIMain::restoreNext);
     globals().loadedWindows.insert(globals().loadedWindows.begin(), this);
 }
 
@@ -186,34 +192,71 @@ void MDIMain::MDIForm_Load() {
 
 bool MDIMain::restoreSession() {
     const Session session = readSession();
-    frmEditor* active = nullptr;
-    bool any = false, refused = false;
-    for (qsizetype i = 0; i < session.documents.size(); ++i) {
-        const SessionDocument& d = session.documents[i];
-        // A file gone since, or no longer a file, is left out without a word; so is one listed twice.
-        if (!QFileInfo(d.path).isFile() || editors_->find(d.path))
-            continue;
-        frmEditor* doc = nullptr;
-        skipOnFailure([&] { doc = createDocument(d.path, false); });
-        if (!doc) {
-            refused = true;
-            continue;
-        }
-        any = true;
-        skipOnFailure([&] {
-            const int line = qBound(0, d.line, doc->View->document().NumLines() - 1);
-            doc->View->SetSel(0, line, 0, line);
-        });
-        if (i == session.active)
-            active = doc;
+    // The active document comes back first, so that the frame shows it at once; the others follow in
+    // their order, one per turn of the event loop, each in its own place, while the frame answers already.
+    const int count = int(session.documents.size());
+    const int first = session.active >= 0 ? session.active : count - 1;
+    if (first >= 0)
+        restoring_.push_back({session.documents[first].path, session.documents[first].line, first});
+    for (int i = 0; i < count; ++i)
+        if (i != first)
+            restoring_.push_back({session.documents[i].path, session.documents[i].line, i});
+    frmEditor* shown = nullptr;
+    while (!shown && !restoring_.empty()) {
+        const Restoring r = restoring_.front();
+        restoring_.pop_front();
+        shown = restoreOne(r);
     }
-    if (refused) {
+    if (!restoring_.empty())
+        restoreTimer_.start();
+    return shown != nullptr;
+}
+
+frmEditor* MDIMain::restoreOne(const Restoring& r) {
+    // A file gone since, or no longer a file, is left out without a word; so is one open already.
+    if (!QFileInfo(r.path).isFile() || editors_->find(r.path))
+        return nullptr;
+    // Ahead of the first document with a later place; documents of this run come after the session's.
+    const QList<frmEditor*> docs = editors_->all();
+    qsizetype position = docs.size();
+    for (qsizetype i = 0; i < docs.size(); ++i) {
+        if (restoredRank_.value(docs[i], std::numeric_limits<int>::max()) > r.rank) {
+            position = i;
+            break;
+        }
+    }
+    frmEditor* doc = nullptr;
+    skipOnFailure([&] { doc = &editors_->open(absolutePath(r.path), false, position); });
+    if (!doc) {
         skipOnFailure([&] { EnableTools(); });
         skipOnFailure([&] { showDocumentCount(); });
+        return nullptr;
     }
-    if (active && active->subWindow())
-        mdi_->setActiveSubWindow(active->subWindow());
-    return any;
+    restoredRank_.insert(doc, r.rank);
+    skipOnFailure([&] {
+        const int line = qBound(0, r.line, doc->View->document().NumLines() - 1);
+        doc->View->SetSel(0, line, 0, line);
+    });
+    return doc;
+}
+
+void MDIMain::restoreNext() {
+    if (restoring_.empty() || unloaded_)
+        return;
+    const Restoring r = restoring_.front();
+    restoring_.pop_front();
+    // A new document takes the focus; the one the user has stays in front.
+    const QPointer<frmEditor> was = activeDocument();
+    restoreOne(r);
+    if (was && was->subWindow())
+        mdi_->setActiveSubWindow(was->subWindow());
+    if (!restoring_.empty())
+        restoreTimer_.start();
+}
+
+void MDIMain::finishRestoring() {
+    while (!restoring_.empty())
+        restoreNext();
 }
 
 void MDIMain::takeHandOver(const QStringList& files) {
@@ -304,11 +347,19 @@ frmEditor* MDIMain::createDocument(const QString& path, bool missingIsEmpty) {
 }
 
 void MDIMain::Editors_Opened(frmEditor* doc) {
-    skipOnFailure([&] { AddWindowEntry(doc->Caption()); });
+    // A document that comes back from the session stands in its place in the Window menu too.
+    const QList<frmEditor*> docs = editors_->all();
+    const qsizetype at = docs.indexOf(doc);
+    const QString before = at >= 0 && at + 1 < docs.size() ? docs[at + 1]->Tag : QString();
+    skipOnFailure([&] {
+        ::AddWindowEntry(SSActiveToolBars1, doc->Caption(), miDocCount(), [doc](const QString& t) { doc->Tag = t; },
+                         before);
+    });
 }
 
 // The close steps of a document that the frame keeps: the tools, the files label, the Window menu.
 void MDIMain::Editors_Closed(frmEditor* doc) {
+    restoredRank_.remove(doc);
     skipOnFailure([&] { EnableTools(); });
     skipOnFailure([&] { showDocumentCount(); });
     skipOnFailure([&] { ::removeWindowEntry(SSActiveToolBars1, doc->Tag); });
@@ -339,16 +390,17 @@ void MDIMain::moveEvent(QMoveEvent* e) {
 void MDIMain::closeEvent(QCloseEvent* e) {
     // Every document closes in turn; one that refuses stops the whole shutdown, and nothing is saved.
     // Those that close are kept for the next start, in their order, with the active one and their lines.
+    finishRestoring();
     auto session = std::make_unique<Session>();
     const frmEditor* wasActive = activeDocument();
-    const QList<QMdiSubWindow*> subs = mdi_->subWindowList(QMdiArea::CreationOrder);
-    for (QMdiSubWindow* sub : subs) {
-        const QPointer<frmEditor> doc = qobject_cast<frmEditor*>(sub->widget());
-        int line = 0;
-        if (doc)
-            line = doc->View->CaretY();
-        const bool active = doc && doc == wasActive;
-        if (!sub->close()) {
+    const QList<frmEditor*> docs = editors_->all();
+    for (frmEditor* d : docs) {
+        const QPointer<frmEditor> doc = d;
+        if (!doc || !doc->subWindow())
+            continue;
+        const int line = doc->View->CaretY();
+        const bool active = doc == wasActive;
+        if (!doc->subWindow()->close()) {
             e->ignore();
             return;
         }

@@ -9,8 +9,11 @@
 
 #include <QHash>
 #include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
 #include <QString>
 #include <QStringList>
+#include <deque>
 #include <functional>
 #include <optional>
 #include <memory>
@@ -68,6 +71,10 @@ public:
     frmEditor* activeDocument() const;
     EditorRegistry& registry() { return *editors_; }
     bool loaded() const { return loaded_; }
+    // Documents of the last session are still coming back.
+    bool restoring() const { return !restoring_.empty(); }
+    // Brings back the rest of the session now.
+    void finishRestoring();
     // The about box's compiler banner; empty while the box isn't loaded.
     QString PBPVersion() const;
 
@@ -105,6 +112,14 @@ private:
     void placeFrame();
     // The documents of the last normal close, as they were; false when none of them could be opened.
     bool restoreSession();
+    // One document of the session in its place among the others; null when it is gone or open already.
+    struct Restoring {
+        QString path;
+        int line = 0;
+        int rank = 0;  // its place in the session
+    };
+    frmEditor* restoreOne(const Restoring& r);
+    void restoreNext();
     void comeForward();
     // The Window menu and the files label follow the registry.
     void Editors_Opened(frmEditor* doc);
@@ -143,6 +158,11 @@ private:
     bool unloaded_ = false;
     // Files handed over before the load ended.
     QStringList handedOverEarly_;
+    // The session's documents still to come back, one per turn of the event loop, and the places of those
+    // back already.
+    std::deque<Restoring> restoring_;
+    QHash<const frmEditor*, int> restoredRank_;
+    QTimer restoreTimer_;
     // The stored outer size, until the window manager's frame is known and the client can be fitted.
     std::optional<QSize> pendingOuter_;
     std::unique_ptr<EditorRegistry> editors_;

@@ -234,7 +234,12 @@ TEST(Session, ACloseKeepsTheDocumentsAndAStartWithoutAFileBringsThemBack) {
     ASSERT_TRUE(t.f->close());
 
     auto lineOf = [&](const QString& p) { return t.f->registry().find(p)->View->CaretY(); };
+    // The active one is there at once; the others come in their places while the frame answers.
     t.start();
+    EXPECT_EQ(t.f->miDocCount(), 1);
+    EXPECT_EQ(t.doc()->Caption(), paths[1]);
+    EXPECT_TRUE(t.f->restoring());
+    ASSERT_TRUE(waitFor([&] { return !t.f->restoring(); }));
     EXPECT_EQ(t.titles(), paths);
     EXPECT_EQ(t.doc()->Caption(), paths[1]);
     EXPECT_EQ((QList<int>{lineOf(paths[0]), lineOf(paths[1]), lineOf(paths[2])}), QList<int>({20, 0, 5}));
@@ -242,6 +247,12 @@ TEST(Session, ACloseKeepsTheDocumentsAndAStartWithoutAFileBringsThemBack) {
     EXPECT_EQ(t.filesLabel(), "Files: 3");
     EXPECT_TRUE(t.w.prompts.boxes.empty());
 
+    // A close before all are back keeps them all.
+    ASSERT_TRUE(t.f->close());
+    t.start();
+    ASSERT_TRUE(t.f->close());
+    t.start();
+    EXPECT_EQ(t.titles(), paths);
     // Missing files are left out without a word; a folder where a file was, too.
     ASSERT_TRUE(t.f->close());
     QFile::remove(paths[1]);
