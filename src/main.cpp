@@ -1,15 +1,23 @@
-// Entry point: puts the platform services in place and shows the frame; the frame's load handler
-// does all start-up.
+// Entry point: hands a later start's file to the IDE that runs, or puts the platform services in place
+// and shows the frame; the frame's load handler does all start-up.
 #include "platform/PosixLauncher.h"
 #include "platform/PosixPaths.h"
 #include "platform/QtPrompts.h"
+#include "platform/QtSingleInstance.h"
 #include "core/Globals.h"
+#include "core/Settings.h"
 #include "shell/MDIMain.h"
 
 #include <QApplication>
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
+    const QString commandLine = MDIMain::absolutePath(MDIMain::commandLineFrom(app));
+    // One IDE per user, display and settings home: the running one opens the file and comes forward.
+    QtSingleInstance channel(QtSingleInstance::addressFor(settingsHome()));
+    if (channel.handOver(HandOver{commandLine.isEmpty() ? QStringList() : QStringList{commandLine}},
+                         kRunningIdeAnswerMs))
+        return 0;
     QtPrompts prompts;
     PosixLauncher launcher;
     PosixPaths paths;
@@ -21,8 +29,9 @@ int main(int argc, char** argv) {
     paths.makeApplicationDirectory(prompts);
     int rc = 0;
     {
-        MDIMain frame(MDIMain::commandLineFrom(app));
+        MDIMain frame(commandLine);
         prompts.setParent(&frame);
+        frame.answerLaterStarts(channel);
         frame.show();
         rc = app.exec();
         prompts.setParent(nullptr);

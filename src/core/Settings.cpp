@@ -5,6 +5,7 @@
 #include "core/IniText.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QLocale>
 #include <QSettings>
@@ -93,23 +94,17 @@ QString applicationName() {
     return QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
 }
 
-QString settingsFilePath() {
-    QString base = qEnvironmentVariable("XDG_CONFIG_HOME");
-    if (base.isEmpty())
-        base = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    const QString app = applicationName();
-    return base + QLatin1Char('/') + app + QLatin1Char('/') + app + QStringLiteral(".ini");
+QString settingsHome() {
+    const QString base = qEnvironmentVariable("XDG_CONFIG_HOME");
+    return base.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) : base;
 }
 
 // One file holds every application's store; the application level names the file.
 static QString fileFor(const QString& application) {
-    if (application == applicationName())
-        return settingsFilePath();
-    QString base = qEnvironmentVariable("XDG_CONFIG_HOME");
-    if (base.isEmpty())
-        base = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return base + QLatin1Char('/') + application + QLatin1Char('/') + application + QStringLiteral(".ini");
+    return settingsHome() + QLatin1Char('/') + application + QLatin1Char('/') + application + QStringLiteral(".ini");
 }
+
+QString settingsFilePath() { return fileFor(applicationName()); }
 
 // QSettings' own INI form reads ";" as a comment and "\" as an escape in what users type by hand; this one
 // takes every value as it stands. QSettings still gives the file's locking and atomic rewrite.
@@ -153,6 +148,24 @@ void SaveSetting(const QString& application, const QString& section, const QStri
     s.sync();
 }
 
+QHash<QString, QString> GetSettings(const QString& application, const QString& section, const QStringList& keys) {
+    QSettings s(fileFor(application), iniFormat());
+    QHash<QString, QString> out;
+    for (const QString& key : keys) {
+        const QString path = section + QLatin1Char('/') + key;
+        if (s.contains(path))
+            out.insert(key, s.value(path).toString());
+    }
+    return out;
+}
+
+void SaveSettings(const QString& application, const QString& section, const QList<QPair<QString, QString>>& values) {
+    QSettings s(fileFor(application), iniFormat());
+    for (const auto& [key, value] : values)
+        s.setValue(section + QLatin1Char('/') + key, value);
+    s.sync();
+}
+
 QString sectionOf(Key k) { return QString::fromLatin1(info(k).section); }
 QString nameOf(Key k) { return QString::fromLatin1(info(k).name); }
 
@@ -161,10 +174,25 @@ QString inApplicationDirectory(const QString& name) {
     return dir.endsWith(QLatin1Char('/')) ? dir + name : dir + pathSeparator() + name;
 }
 
+QString newDocumentsDirectory(const QString& applicationDirectory, bool installed, const QString& documentsLocation,
+                              const QString& home) {
+    if (!installed)
+        return applicationDirectory;
+    if (!documentsLocation.isEmpty() && QFileInfo(documentsLocation).isDir())
+        return documentsLocation;
+    return home;
+}
+
 QString defaultOf(Key k) {
     switch (k) {
-    case Key::SourceCodePath:
-        return applicationDirectory();
+    case Key::SourceCodePath: {
+        Paths* p = globals().paths;
+        const bool installed = p && !p->installedDataDirectory().isEmpty();
+        return newDocumentsDirectory(applicationDirectory(), installed,
+                                     installed ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
+                                               : QString(),
+                                     QDir::homePath());
+    }
     case Key::LegacyEncoding:
         return legacyEncodingFor(QLocale::system());
     case Key::LastFile: {

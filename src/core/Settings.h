@@ -2,7 +2,11 @@
 // The per-user store of everything remembered between runs, and the one table of its keys.
 // There is no copy in memory: every use reads the store, with the key's default applied there.
 
+#include <QHash>
+#include <QList>
+#include <QPair>
 #include <QString>
+#include <QStringList>
 
 class QLocale;
 
@@ -11,8 +15,15 @@ QString GetSetting(const QString& application, const QString& section, const QSt
                    const QString& defaultValue = {});
 void SaveSetting(const QString& application, const QString& section, const QString& key, const QString& value);
 
+// Several values of one section at once, in one reading or one writing of the store: the values of the
+// keys asked for that the store has, and the pairs written in their order.
+QHash<QString, QString> GetSettings(const QString& application, const QString& section, const QStringList& keys);
+void SaveSettings(const QString& application, const QString& section, const QList<QPair<QString, QString>>& values);
+
 // The executable's base name, taken from the running process.
 QString applicationName();
+// The settings home: $XDG_CONFIG_HOME, else the platform's configuration folder.
+QString settingsHome();
 // Where the INI file lies: $XDG_CONFIG_HOME/<name>/<name>.ini.
 QString settingsFilePath();
 
@@ -51,3 +62,9 @@ Key recentFileKey(int i);
 
 // The application directory followed by the platform's separator and a name.
 QString inApplicationDirectory(const QString& name);
+
+// Where new documents go unless SourceCodePath says otherwise. An installed program names them in the
+// user's documents folder (documentsLocation, the desktop's own), or in home when that folder doesn't
+// exist, never in its own hidden directory; a build tree or a portable copy keeps them beside the program.
+QString newDocumentsDirectory(const QString& applicationDirectory, bool installed, const QString& documentsLocation,
+                              const QString& home);

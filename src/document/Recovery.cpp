@@ -226,6 +226,12 @@ std::optional<QString> takeOverRecoveryFile(const QString& path, qint64 ownPid) 
     return target;
 }
 
+QString recoveryQuestion(int count) {
+    return QStringLiteral("Quillbay Lite did not close normally. Recover %1 unsaved %2?")
+        .arg(count)
+        .arg(count == 1 ? QStringLiteral("document") : QStringLiteral("documents"));
+}
+
 std::vector<RecoveredDocument> offerRecovery(const QString& dir, qint64 ownPid,
                                              const std::function<bool(qint64)>& ownerRunning) {
     Prompts* prompts = globals().prompts;
@@ -245,9 +251,7 @@ std::vector<RecoveredDocument> offerRecovery(const QString& dir, qint64 ownPid,
     }
     if (found.empty())
         return {};
-    const Answer a = prompts->message(QStringLiteral("Quillbay Lite did not close normally. Recover %1 unsaved documents?")
-                                          .arg(found.size()),
-                                      QString(), Icon::Question, Buttons::YesNo);
+    const Answer a = prompts->message(recoveryQuestion(int(found.size())), QString(), Icon::Question, Buttons::YesNo);
     if (a == Answer::Yes)
         return found;
     for (const RecoveredDocument& d : found)

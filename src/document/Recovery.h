@@ -57,6 +57,9 @@ QStringList staleRecoveryFiles(const QString& dir, const std::function<bool(qint
 // gone (another instance took it first).
 std::optional<QString> takeOverRecoveryFile(const QString& path, qint64 ownPid);
 
+// The question after a crash, counting in words that fit the number.
+QString recoveryQuestion(int count);
+
 // Takes over the stale files of dir and asks once whether to recover them. Yes gives the documents, each
 // with its file now this process's own; No deletes the files. Unreadable files are deleted unasked.
 std::vector<RecoveredDocument> offerRecovery(const QString& dir, qint64 ownPid,

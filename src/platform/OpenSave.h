@@ -2,6 +2,7 @@
 // The frame's one file and colour dialog. Its properties stay as the last user left them.
 
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 class Prompts;
@@ -13,14 +14,17 @@ public:
 
     // With CancelError set, Cancel throws Failure kCancelError; without it, Cancel empties FileName.
     bool CancelError = false;
-    // The stored start values: a Basic source filter, and "bas" added to a saved name without extension.
+    // The stored start value: a Basic source filter.
     QString Filter = QStringLiteral("PicBasic Source Code (*.bas)|*.bas|");
-    QString DefaultExt = QStringLiteral("bas");
+    // The filter a save dialog shows first, from 1, and afterwards the one chosen. ShowSave starts at the
+    // filter of FileName's extension when Filter has one.
+    int FilterIndex = 1;
     QString FileName;
     qint32 Color = 0;
 
     // False when the user cancelled (and CancelError wasn't set).
     bool ShowOpen();
+    // A saved name without extension takes the chosen filter's, when that filter names exactly one.
     bool ShowSave();
     bool ShowColor();
 
@@ -28,3 +32,9 @@ private:
     void cancelled();
     Prompts* prompts_;
 };
+
+// The one extension each filter of "description|pattern|..." stands for, lower case, in order; empty for a
+// filter of several patterns or of all files.
+QStringList filterExtensions(const QString& filter);
+// fileName with ".extension" when it has no extension of its own and extension isn't empty.
+QString withFilterExtension(const QString& fileName, const QString& extension);

@@ -15,10 +15,11 @@ public:
     virtual ~Prompts() = default;
     // An empty title means the application's title.
     virtual Answer message(const QString& text, const QString& title, Icon icon, Buttons buttons) = 0;
-    // filter is in the dialog's own form: "description|pattern|description|pattern|".
-    // nullopt when the user cancelled.
+    // filter is in the dialog's own form: "description|pattern|description|pattern|". A dialog starts in the
+    // folder of fileName. nullopt when the user cancelled.
     virtual std::optional<QString> openFile(const QString& filter, const QString& fileName) = 0;
-    virtual std::optional<QString> saveFile(const QString& filter, const QString& fileName) = 0;
+    // filterIndex: the filter shown first (from 0), and afterwards the one the user chose.
+    virtual std::optional<QString> saveFile(const QString& filter, const QString& fileName, int& filterIndex) = 0;
     // Colours are 0x00BBGGRR; nullopt on cancel.
     virtual std::optional<qint32> chooseColor(qint32 initial) = 0;
 };

@@ -1,7 +1,9 @@
 #include "platform/QtPrompts.h"
 
 #include <QColorDialog>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QStringList>
 
@@ -57,7 +59,8 @@ Answer QtPrompts::message(const QString& text, const QString& title, Icon icon, 
     }
 }
 
-void setupFileDialog(QFileDialog& dlg, QFileDialog::AcceptMode mode, const QString& filter, const QString& fileName) {
+void setupFileDialog(QFileDialog& dlg, QFileDialog::AcceptMode mode, const QString& filter, const QString& fileName,
+                     int filterIndex) {
     dlg.setAcceptMode(mode);
     // The system asks its own questions after a save dialog (or none): Qt's "replace?" would be one too many.
     dlg.setOption(QFileDialog::DontConfirmOverwrite);
@@ -65,26 +68,35 @@ void setupFileDialog(QFileDialog& dlg, QFileDialog::AcceptMode mode, const QStri
     const QStringList filters = qtNameFilters(filter);
     if (!filters.isEmpty())
         dlg.setNameFilters(filters);
-    if (!fileName.isEmpty())
-        dlg.selectFile(fileName);
+    if (filterIndex >= 0 && filterIndex < filters.size())
+        dlg.selectNameFilter(filters[filterIndex]);
+    if (fileName.isEmpty())
+        return;
+    // The document's own folder, also when the file isn't written yet and for a desktop's own dialog.
+    const QFileInfo info(fileName);
+    if (info.isAbsolute() && info.absoluteDir().exists())
+        dlg.setDirectory(info.absolutePath());
+    dlg.selectFile(info.isAbsolute() ? info.fileName() : fileName);
 }
 
 static std::optional<QString> runFileDialog(QWidget* parent, QFileDialog::AcceptMode mode, const QString& filter,
-                                            const QString& fileName) {
+                                            const QString& fileName, int& filterIndex) {
     QFileDialog dlg(parent);
-    setupFileDialog(dlg, mode, filter, fileName);
+    setupFileDialog(dlg, mode, filter, fileName, filterIndex);
     if (dlg.exec() != QDialog::Accepted)
         return std::nullopt;
+    filterIndex = int(qtNameFilters(filter).indexOf(dlg.selectedNameFilter()));
     const QStringList files = dlg.selectedFiles();
     return files.isEmpty() ? QString() : files.first();
 }
 
 std::optional<QString> QtPrompts::openFile(const QString& filter, const QString& fileName) {
-    return runFileDialog(parent_, QFileDialog::AcceptOpen, filter, fileName);
+    int index = 0;
+    return runFileDialog(parent_, QFileDialog::AcceptOpen, filter, fileName, index);
 }
 
-std::optional<QString> QtPrompts::saveFile(const QString& filter, const QString& fileName) {
-    return runFileDialog(parent_, QFileDialog::AcceptSave, filter, fileName);
+std::optional<QString> QtPrompts::saveFile(const QString& filter, const QString& fileName, int& filterIndex) {
+    return runFileDialog(parent_, QFileDialog::AcceptSave, filter, fileName, filterIndex);
 }
 
 std::optional<qint32> QtPrompts::chooseColor(qint32 initial) {

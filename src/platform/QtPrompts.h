@@ -12,7 +12,7 @@ public:
     void setParent(QWidget* parent) { parent_ = parent; }
     Answer message(const QString& text, const QString& title, Icon icon, Buttons buttons) override;
     std::optional<QString> openFile(const QString& filter, const QString& fileName) override;
-    std::optional<QString> saveFile(const QString& filter, const QString& fileName) override;
+    std::optional<QString> saveFile(const QString& filter, const QString& fileName, int& filterIndex) override;
     std::optional<qint32> chooseColor(qint32 initial) override;
 
 private:
@@ -22,5 +22,7 @@ private:
 // "desc|pat;pat|desc|pat|" as Qt name filters, "desc (pat pat)".
 QStringList qtNameFilters(const QString& filter);
 
-// A file dialog as the system's common dialog opens it: filters, the start name, and no question of Qt's own.
-void setupFileDialog(QFileDialog& dlg, QFileDialog::AcceptMode mode, const QString& filter, const QString& fileName);
+// A file dialog as the system's common dialog opens it: filters with the one shown first (from 0), the
+// start name in its own folder, and no question of Qt's own.
+void setupFileDialog(QFileDialog& dlg, QFileDialog::AcceptMode mode, const QString& filter, const QString& fileName,
+                     int filterIndex = 0);

@@ -35,9 +35,9 @@ EditorRegistry::EditorRegistry(Frame& frame, QMdiArea& area) : frame_(frame), ar
 
 EditorRegistry::~EditorRegistry() = default;
 
-frmEditor& EditorRegistry::open(const QString& path, bool missingIsEmpty) {
+frmEditor& EditorRegistry::open(const QString& path, bool missingIsEmpty, qsizetype position) {
     auto* doc = new frmEditor(frame_);
-    add(*doc);
+    add(*doc, position);
     try {
         doc->View->document().LoadFile(path);
     } catch (const Failure& f) {
@@ -64,8 +64,8 @@ frmEditor& EditorRegistry::open(const QString& path, bool missingIsEmpty) {
     return *doc;
 }
 
-void EditorRegistry::add(frmEditor& doc) {
-    docs_.append(&doc);
+void EditorRegistry::add(frmEditor& doc, qsizetype position) {
+    docs_.insert(position >= 0 && position <= docs_.size() ? position : docs_.size(), &doc);
     frmEditor* d = &doc;
     connect(d, &frmEditor::unloading, this, [this, d] {
         if (docs_.removeOne(d))

@@ -18,7 +18,8 @@ public:
     // The making of a document for a path: a new window (its Form_Load), the file read, path and title
     // set, shown maximised and active (its activation steps), then opened. With missingIsEmpty a path that
     // doesn't exist gives an empty document; any other failure to read removes the window and is thrown.
-    frmEditor& open(const QString& path, bool missingIsEmpty);
+    // position: its place among the documents (from 0), -1 for the end.
+    frmEditor& open(const QString& path, bool missingIsEmpty, qsizetype position = -1);
 
     frmEditor* find(const QString& path) const override;
     frmEditor* titled(const QString& title) const override;
@@ -26,7 +27,7 @@ public:
     QList<frmEditor*> all() const override { return docs_; }
 
 private:
-    void add(frmEditor& doc);
+    void add(frmEditor& doc, qsizetype position);
     void onSubWindowActivated(QMdiSubWindow* sub);
 
     Frame& frame_;

@@ -16,8 +16,10 @@
 #include "core/Globals.h"
 #include "core/ToolIds.h"
 #include "shell/Placement.h"
+#include "core/Session.h"
 #include "core/Settings.h"
 #include "devices/DeviceCatalogue.h"
+#include "platform/SingleInstance.h"
 #include "shell/EditorRegistry.h"
 #include "shell/EnableTools.h"
 #include "shell/RecentFiles.h"
@@ -36,10 +38,14 @@
 #include <QMdiSubWindow>
 #include <QVBoxLayout>
 #include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+#include <QTimer>
 #include <QWindow>
 
 #include <cerrno>
 #include <cmath>
+#include <limits>
 
 namespace {
 // The windows besides the frame, in the order the system closes them; others last, as they were loaded.
@@ -92,6 +98,10 @@ MDIMain::MDIMain(QString commandLine, QWidget* parent)
     connect(&SSActiveToolBars1, &SSActiveToolBars::ToolClick, this, &MDIMain::SSActiveToolBars1_ToolClick);
     connect(&SSActiveToolBars1, &SSActiveToolBars::ComboCloseUp, this, &MDIMain::SSActiveToolBars1_ComboCloseUp);
     setWindowIcon(QIcon(QStringLiteral(":/icons/compile.png")));
+    // A timer, not a posted call: input and paints get their turn between two documents.
+    restoreTimer_.setSingleShot(true);
+    restoreTimer_.setInterval(0);
+    connect(&restoreTimer_, &QTimer::timeout, this, &MDIMain::restoreNext);
     globals().loadedWindows.insert(globals().loadedWindows.begin(), this);
 }
 
@@ -138,6 +148,7 @@ void MDIMain::showEvent(QShowEvent* e) {
 }
 
 void MDIMain::MDIForm_Load() {
+    loading_ = true;
     openSave_.setPrompts(globals().prompts);
     skipOnFailure([&] { m_cSBar = std::make_unique<cNoStatusBar>(picStatus->icons()); });
     skipOnFailure([&] {
@@ -170,11 +181,118 @@ void MDIMain::MDIForm_Load() {
     skipOnFailure([&] { GetDevices(); });
     skipOnFailure([&] { setDeviceListIndex(int16Of(setting(Key::DefaultDevice))); });
     skipOnFailure([&] { GetDeviceData(false); });
-    // The command line is taken whole: no trimming, no quotes removed.
-    const QString path = commandLine_.isEmpty() ? setting(Key::LastFile) : commandLine_;
-    createCountedDocument(path, true);
+    // The command line is taken whole: no trimming, no quotes removed. Without one the documents of the
+    // last normal close come back; when none of them is left, LastFile opens.
+    if (!commandLine_.isEmpty())
+        createCountedDocument(commandLine_, true);
+    else if (!restoreSession())
+        createCountedDocument(setting(Key::LastFile), true);
     // What a crash left unsaved is offered last, over the documents of a normal start.
     skipOnFailure([&] { recoverDocuments([this](const QString& path) { return openRecovered(path); }); });
+    loading_ = false;
+    if (!handedOverEarly_.isEmpty())
+        takeHandOver(std::exchange(handedOverEarly_, {}));
+}
+
+bool MDIMain::restoreSession() {
+    const Session session = readSession();
+    // The active document comes back first, so that the frame shows it at once; the others follow in
+    // their order, one per turn of the event loop, each in its own place, while the frame answers already.
+    const int count = int(session.documents.size());
+    const int first = session.active >= 0 ? session.active : count - 1;
+    if (first >= 0)
+        restoring_.push_back({session.documents[first].path, session.documents[first].line, first});
+    for (int i = 0; i < count; ++i)
+        if (i != first)
+            restoring_.push_back({session.documents[i].path, session.documents[i].line, i});
+    frmEditor* shown = nullptr;
+    while (!shown && !restoring_.empty()) {
+        const Restoring r = restoring_.front();
+        restoring_.pop_front();
+        shown = restoreOne(r);
+    }
+    if (!restoring_.empty())
+        restoreTimer_.start();
+    return shown != nullptr;
+}
+
+frmEditor* MDIMain::restoreOne(const Restoring& r) {
+    // A file gone since, or no longer a file, is left out without a word; so is one open already.
+    if (!QFileInfo(r.path).isFile() || editors_->find(r.path))
+        return nullptr;
+    // Ahead of the first document with a later place; documents of this run come after the session's.
+    const QList<frmEditor*> docs = editors_->all();
+    qsizetype position = docs.size();
+    for (qsizetype i = 0; i < docs.size(); ++i) {
+        if (restoredRank_.value(docs[i], std::numeric_limits<int>::max()) > r.rank) {
+            position = i;
+            break;
+        }
+    }
+    frmEditor* doc = nullptr;
+    skipOnFailure([&] { doc = &editors_->open(absolutePath(r.path), false, position); });
+    if (!doc) {
+        skipOnFailure([&] { EnableTools(); });
+        skipOnFailure([&] { showDocumentCount(); });
+        return nullptr;
+    }
+    restoredRank_.insert(doc, r.rank);
+    skipOnFailure([&] {
+        const int line = qBound(0, r.line, doc->View->document().NumLines() - 1);
+        doc->View->SetSel(0, line, 0, line);
+    });
+    return doc;
+}
+
+void MDIMain::restoreNext() {
+    if (restoring_.empty() || unloaded_)
+        return;
+    const Restoring r = restoring_.front();
+    restoring_.pop_front();
+    // A new document takes the focus; the one the user has stays in front.
+    const QPointer<frmEditor> was = activeDocument();
+    restoreOne(r);
+    if (was && was->subWindow())
+        mdi_->setActiveSubWindow(was->subWindow());
+    if (!restoring_.empty())
+        restoreTimer_.start();
+}
+
+void MDIMain::finishRestoring() {
+    while (!restoring_.empty())
+        restoreNext();
+}
+
+void MDIMain::takeHandOver(const QStringList& files) {
+    if (unloaded_)
+        return;
+    // A later start that came while this frame was still coming up: its files open at the end of the load.
+    if (!loaded_ || loading_) {
+        handedOverEarly_ << files;
+        return;
+    }
+    for (const QString& path : files) {
+        if (frmEditor* doc = editors_->find(path)) {
+            if (doc->subWindow())
+                mdi_->setActiveSubWindow(doc->subWindow());
+            continue;
+        }
+        // As a file named at start: one that doesn't exist yet is an empty document of that name.
+        createCountedDocument(path, true);
+    }
+    comeForward();
+}
+
+void MDIMain::comeForward() {
+    if (isMinimized())
+        setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+    show();
+    raise();
+    activateWindow();
+}
+
+bool MDIMain::answerLaterStarts(SingleInstance& channel) {
+    return channel.listen([this](const HandOver& message) { takeHandOver(message.files); });
 }
 
 frmEditor* MDIMain::openRecovered(const QString& path) {
@@ -233,11 +351,19 @@ frmEditor* MDIMain::createDocument(const QString& path, bool missingIsEmpty) {
 }
 
 void MDIMain::Editors_Opened(frmEditor* doc) {
-    skipOnFailure([&] { AddWindowEntry(doc->Caption()); });
+    // A document that comes back from the session stands in its place in the Window menu too.
+    const QList<frmEditor*> docs = editors_->all();
+    const qsizetype at = docs.indexOf(doc);
+    const QString before = at >= 0 && at + 1 < docs.size() ? docs[at + 1]->Tag : QString();
+    skipOnFailure([&] {
+        ::AddWindowEntry(SSActiveToolBars1, doc->Caption(), miDocCount(), [doc](const QString& t) { doc->Tag = t; },
+                         before);
+    });
 }
 
 // The close steps of a document that the frame keeps: the tools, the files label, the Window menu.
 void MDIMain::Editors_Closed(frmEditor* doc) {
+    restoredRank_.remove(doc);
     skipOnFailure([&] { EnableTools(); });
     skipOnFailure([&] { showDocumentCount(); });
     skipOnFailure([&] { ::removeWindowEntry(SSActiveToolBars1, doc->Tag); });
@@ -267,13 +393,33 @@ void MDIMain::moveEvent(QMoveEvent* e) {
 
 void MDIMain::closeEvent(QCloseEvent* e) {
     // Every document closes in turn; one that refuses stops the whole shutdown, and nothing is saved.
-    const QList<QMdiSubWindow*> subs = mdi_->subWindowList(QMdiArea::CreationOrder);
-    for (QMdiSubWindow* sub : subs) {
-        if (!sub->close()) {
+    // Those that close are kept for the next start, in their order, with the active one and their lines.
+    finishRestoring();
+    auto session = std::make_unique<Session>();
+    const frmEditor* wasActive = activeDocument();
+    const QList<frmEditor*> docs = editors_->all();
+    for (frmEditor* d : docs) {
+        const QPointer<frmEditor> doc = d;
+        if (!doc || !doc->subWindow())
+            continue;
+        const int line = doc->View->CaretY();
+        const bool active = doc == wasActive;
+        if (!doc->subWindow()->close()) {
             e->ignore();
             return;
         }
+        // Read after the close: a save at its question may have given the document another name. A file
+        // never saved has nothing to come back to.
+        if (!doc)
+            continue;
+        const QString path = doc->View->document().PathName();
+        if (!QFileInfo(path).isFile())
+            continue;
+        if (active)
+            session->active = int(session->documents.size());
+        session->documents.append({path, line});
     }
+    closingSession_ = std::move(session);
     MDIForm_Unload();
     e->accept();
 }
@@ -296,6 +442,7 @@ void MDIMain::MDIForm_Unload() {
         saveSetting(Key::WindowState, QString::number(state));
     });
     skipOnFailure([&] { saveRecentFiles(SSActiveToolBars1); });
+    skipOnFailure([&] { saveSession(closingSession_ ? *closingSession_ : Session{}); });
     skipOnFailure([&] { saveSetting(Key::DefaultDevice, QString::number(deviceListIndex())); });
     // The other windows of the system go with the frame, the output screen first, the about box last.
     for (QWidget* w : shutdownOrder(globals().loadedWindows, this))
@@ -353,8 +500,13 @@ void MDIMain::AddWindowEntry(const QString& title) {
 void MDIMain::showDocumentCount() { setOpenDocsCaption(SSActiveToolBars1, miDocCount()); }
 
 void MDIMain::setPanelText(int panel, const QString& text) {
-    if (m_cSBar)
+    if (!m_cSBar)
+        return;
+    // A fixed panel grows to hold its whole text (a caret at line 12345); the spring takes what is left.
+    if (m_cSBar->PanelSpring(PanelRef(panel)))
         m_cSBar->PanelText(PanelRef(panel), text);
+    else
+        m_cSBar->PanelTextWiden(PanelRef(panel), text);
 }
 
 void MDIMain::picStatus_Paint() {

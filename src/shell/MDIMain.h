@@ -9,10 +9,15 @@
 
 #include <QHash>
 #include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
 #include <QString>
+#include <QStringList>
+#include <deque>
 #include <functional>
 #include <optional>
 #include <memory>
+#include <utility>
 
 class QCoreApplication;
 class QDialog;
@@ -23,7 +28,9 @@ class StatusPicture;
 class QMdiSubWindow;
 class frmEditor;
 class EditorRegistry;
+class SingleInstance;
 struct Failure;
+struct Session;
 
 class MDIMain : public QMainWindow, public Frame {
     Q_OBJECT
@@ -64,6 +71,10 @@ public:
     frmEditor* activeDocument() const;
     EditorRegistry& registry() { return *editors_; }
     bool loaded() const { return loaded_; }
+    // Documents of the last session are still coming back.
+    bool restoring() const { return !restoring_.empty(); }
+    // Brings back the rest of the session now.
+    void finishRestoring();
     // The about box's compiler banner; empty while the box isn't loaded.
     QString PBPVersion() const;
 
@@ -71,6 +82,13 @@ public:
     // missingIsEmpty a path that doesn't exist gives an empty document; any other load failure removes
     // the window again and is thrown.
     frmEditor* createDocument(const QString& path, bool missingIsEmpty = true);
+
+    // A later start's files: each opens, or comes forward when it is open already; then the frame comes to
+    // the front, also with no file.
+    void takeHandOver(const QStringList& files);
+    // From now on later starts hand their files to this frame through the channel; before the frame is
+    // shown too, so that a start at the same moment finds it.
+    bool answerLaterStarts(SingleInstance& channel);
 
     // Every click on a tool, from a menu or the toolbar, and a menu opening.
     void SSActiveToolBars1_ToolClick(Tool& tool);
@@ -92,6 +110,17 @@ private:
     void picStatus_Resize();
     void MDIForm_Unload();
     void placeFrame();
+    // The documents of the last normal close, as they were; false when none of them could be opened.
+    bool restoreSession();
+    // One document of the session in its place among the others; null when it is gone or open already.
+    struct Restoring {
+        QString path;
+        int line = 0;
+        int rank = 0;  // its place in the session
+    };
+    frmEditor* restoreOne(const Restoring& r);
+    void restoreNext();
+    void comeForward();
     // The Window menu and the files label follow the registry.
     void Editors_Opened(frmEditor* doc);
     void Editors_Closed(frmEditor* doc);
@@ -125,10 +154,20 @@ private:
     QMdiArea* mdi_ = nullptr;
     OpenSave openSave_;
     bool loaded_ = false;
+    bool loading_ = false;
     bool unloaded_ = false;
+    // Files handed over before the load ended.
+    QStringList handedOverEarly_;
+    // The session's documents still to come back, one per turn of the event loop, and the places of those
+    // back already.
+    std::deque<Restoring> restoring_;
+    QHash<const frmEditor*, int> restoredRank_;
+    QTimer restoreTimer_;
     // The stored outer size, until the window manager's frame is known and the client can be fitted.
     std::optional<QSize> pendingOuter_;
     std::unique_ptr<EditorRegistry> editors_;
+    // The documents as the close found them, written with the rest at unload.
+    std::unique_ptr<Session> closingSession_;
     // The state the tools were last set from: an unchanged state writes nothing.
     std::optional<ToolState> toolState_;
 };

@@ -299,6 +299,8 @@ bool MDIMain::openDocument() {
     if (!createCountedDocument(path, false))
         return false;
     enterRecentFile(SSActiveToolBars1, active().View->document().PathName());
+    // Written at once, so that a killed IDE keeps it.
+    skipOnFailure([&] { saveRecentFiles(SSActiveToolBars1); });
     return true;
 }
 

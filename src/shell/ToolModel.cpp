@@ -211,10 +211,7 @@ ToolModel::ToolModel() : tools_(*this, ToolList::Kind::Main, {}, nullptr) {
         t.pressed_ = d.pressed;
         t.width_ = d.width;
         t.icon_ = QString::fromUtf8(d.icon ? d.icon : "");
-        if (d.standardKey != QKeySequence::UnknownKey)
-            t.shortcuts_ = QKeySequence::keyBindings(d.standardKey);
-        else if (d.keys)
-            t.shortcuts_ = {QKeySequence(QString::fromLatin1(d.keys))};
+        t.shortcuts_ = toolShortcuts(d, &QKeySequence::keyBindings);
         if (d.kind == ToolKind::Menu)
             t.menu_.reset(new ToolMenu(*this, t));
         if (d.kind == ToolKind::ComboBox)

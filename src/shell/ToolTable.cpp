@@ -60,10 +60,10 @@ const std::vector<ToolDef> kTools = {
     {.id = ToolId::Find, .kind = K::Button, .caption = "&Find", .tooltip = "Find Text", .enabled = false,
      ICON("edit-find"), .standardKey = Key::Find},
     {.id = ToolId::FindNext, .kind = K::Button, .caption = "Find &Next", .tooltip = "Find Next", .enabled = false,
-     ICON("edit-find-next"), .standardKey = Key::FindNext},
+     ICON("edit-find-next"), .keys = "F3"},
     {.id = ToolId::Replace, .kind = K::Button, .caption = "R&eplace", .tooltip = "Replace Text", .enabled = false,
      .standardKey = Key::Replace},
-    {.id = ToolId::GotoLine, .kind = K::Button, .caption = "&Goto Line"},
+    {.id = ToolId::GotoLine, .kind = K::Button, .caption = "&Goto Line", .keys = "Ctrl+G"},
 
     // Compile, Programmer
     {.id = ToolId::Compile, .kind = K::Button, .caption = "&Compile", .tooltip = "Compile PicBasic Source Code",
@@ -147,3 +147,15 @@ const std::vector<ListDef> kLists = {
 
 const std::vector<ToolDef>& toolTable() { return kTools; }
 const std::vector<ListDef>& listTable() { return kLists; }
+
+QList<QKeySequence> toolShortcuts(const ToolDef& tool, const KeyBindings& bindings) {
+    if (tool.keys)
+        return {QKeySequence(QString::fromLatin1(tool.keys))};
+    if (tool.standardKey == QKeySequence::UnknownKey)
+        return {};
+    QList<QKeySequence> keys = bindings(tool.standardKey);
+    for (const ToolDef& other : kTools)
+        if (other.keys)
+            keys.removeAll(QKeySequence(QString::fromLatin1(other.keys)));
+    return keys;
+}

@@ -2,6 +2,8 @@
 // Every tool of the frame, every menu and band with its members: the data the tool model is built from.
 
 #include <QKeySequence>
+#include <QList>
+#include <functional>
 #include <vector>
 
 enum class ToolKind { Button, StateButton, ComboBox, Label, Menu };
@@ -37,6 +39,13 @@ struct ListDef {
 };
 
 const std::vector<ToolDef>& toolTable();
+
+// A desktop key scheme: the keys of a standard key (QKeySequence::keyBindings for the running desktop).
+using KeyBindings = std::function<QList<QKeySequence>(QKeySequence::StandardKey)>;
+// The menu keys of a tool of the table: its own keys, or its standard key's under the scheme less every key
+// that a tool of the table has as its own, so that no scheme gives one key to two tools (GNOME's Ctrl+G
+// for Find Next stays Goto Line's).
+QList<QKeySequence> toolShortcuts(const ToolDef& tool, const KeyBindings& bindings);
 const std::vector<ListDef>& listTable();
 
 inline constexpr const char* kMenuBarBand = "MenuBar";

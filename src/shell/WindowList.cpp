@@ -11,10 +11,14 @@ ToolList& windowMenu(ToolModel& tools) { return tools.Tools().Item(QLatin1String
 }  // namespace
 
 void AddWindowEntry(ToolModel& tools, const QString& title, int docCount,
-                    const std::function<void(const QString&)>& setTag) {
+                    const std::function<void(const QString&)>& setTag, const QString& beforeId) {
     int n = 0;
     skipOnFailure([&] { n = windowMenu(tools).Count(); });
-    skipOnFailure([&] { windowMenu(tools).Add(title, n + 1); });
+    skipOnFailure([&] {
+        ToolList& menu = windowMenu(tools);
+        const Tool* before = beforeId.isEmpty() ? nullptr : menu.find(beforeId);
+        menu.Add(title, before ? menu.indexOf(*before) + 1 : n + 1);
+    });
     if (setTag)
         skipOnFailure([&] { setTag(title); });
     // Only the first entry after the four arrange tools makes five: the separator goes in once.

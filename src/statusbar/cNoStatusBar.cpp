@@ -185,6 +185,18 @@ void cNoStatusBar::PanelText(const PanelRef& vKey, const QString& sText) {
 
 QString cNoStatusBar::PanelText(const PanelRef& vKey) const { return panel(vKey).sText; }
 
+void cNoStatusBar::PanelTextWiden(const PanelRef& vKey, const QString& sText) {
+    StatusPanel& p = panel(vKey);
+    p.sText = sText;
+    const qint32 now = p.bFitContents ? p.lIdealWidth : p.lMinWidth;
+    const qint32 needed = idealWidth(target_->measureText(sText).width(), p.lMinWidth);
+    if (needed > now) {
+        p.lIdealWidth = needed;
+        p.bFitContents = true;
+    }
+    Draw();
+}
+
 void cNoStatusBar::PanelSpring(const PanelRef& vKey, bool bState) {
     const qint32 position = PanelIndex(vKey);
     if (panels_[size_t(position - 1)].bSpring == bState)

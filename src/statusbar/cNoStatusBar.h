@@ -60,6 +60,9 @@ public:
     qint32 PanelIndex(const PanelRef& vKey) const;
     void PanelText(const PanelRef& vKey, const QString& sText);
     QString PanelText(const PanelRef& vKey) const;
+    // PanelText set, and a panel too narrow for the new text fits to its contents from then on: it widens
+    // to what the text needs and never narrows again, so the panels beside it don't move with every change.
+    void PanelTextWiden(const PanelRef& vKey, const QString& sText);
     void PanelSpring(const PanelRef& vKey, bool bState);
     bool PanelSpring(const PanelRef& vKey) const;
     void PanelFitToContents(const PanelRef& vKey, bool bState);

@@ -1,8 +1,11 @@
+#include "core/Globals.h"
+#include "core/Session.h"
 #include "core/Settings.h"
 #include "support/Doubles.h"
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 TEST(Settings, DefaultsFollowTheAppDirectoryOrAnotherKey) {
@@ -58,4 +61,63 @@ TEST(Settings, HandWrittenValuesReadAsTypedAndSurviveAWrite) {
         EXPECT_EQ(setting(Key::FontName), "\"Courier\"");
         saveSetting(Key::Top, "15");
     }
+}
+
+// The session: written whole and read back; hand-made or broken values read as none, never as a failure.
+TEST(Session, RoundTripsAndReadsBrokenValuesAsNone) {
+    TestWorld w;
+    EXPECT_EQ(readSession(), Session{});
+    const Session three{{{"/a b/one.pbp", 0}, {"/two;x=y.bas", 41}, {"/Grüße.pbc", 7}}, 1};
+    saveSession(three);
+    EXPECT_EQ(readSession(), three);
+    EXPECT_EQ(GetSetting(applicationName(), "Session", "Line2"), "42");  // lines as the status bar counts
+    saveSession({{{"/only.pbp", 3}}, -1});
+    EXPECT_EQ(readSession(), (Session{{{"/only.pbp", 3}}, -1}));
+    EXPECT_EQ(GetSetting(applicationName(), "Session", "File3"), "/Grüße.pbc");  // behind the count, unread
+
+    const auto raw = [](const QList<QPair<QString, QString>>& values) {
+        SaveSettings(applicationName(), "Session", values);
+        return readSession();
+    };
+    EXPECT_EQ(raw({{"Count", "x"}}), Session{});
+    EXPECT_EQ(raw({{"Count", "-2"}}), Session{});
+    EXPECT_EQ(raw({{"Count", "99999999999"}}), Session{});
+    // An empty path is left out and the active index follows the entries kept; a bad line is the first.
+    EXPECT_EQ(raw({{"Count", "3"}, {"Active", "3"}, {"File1", ""}, {"File2", "/b"}, {"Line2", "zz"}, {"File3", "/c"},
+                   {"Line3", "-5"}}),
+              (Session{{{"/b", 0}, {"/c", 0}}, 1}));
+    EXPECT_EQ(raw({{"Count", "1"}, {"Active", "9"}, {"File1", "/b"}, {"Line1", "1e3"}}), (Session{{{"/b", 999}}, -1}));
+}
+
+// New documents: beside a build tree's or portable copy's program; for an installed one, in the user's
+// documents folder or else home, never in its hidden application directory.
+TEST(Settings, NewDocumentsOfAnInstalledProgramGoToTheDocumentsFolder) {
+    EXPECT_EQ(newDocumentsDirectory("/opt/q", false, "/home/ann/Documents", "/home/ann"), "/opt/q");
+    TestWorld w;
+    QTemporaryDir home;
+    const QString docs = home.filePath("Dokumente");
+    EXPECT_EQ(newDocumentsDirectory("/h/.local/share/tarnlet", true, docs, home.path()), home.path());
+    EXPECT_EQ(newDocumentsDirectory("/h/.local/share/tarnlet", true, QString(), home.path()), home.path());
+    ASSERT_TRUE(QDir().mkpath(docs));
+    EXPECT_EQ(newDocumentsDirectory("/h/.local/share/tarnlet", true, docs, home.path()), docs);
+
+    // The desktop's own documents folder, as its user-dirs file names it.
+    struct InstalledPaths : FakePaths {
+        using FakePaths::FakePaths;
+        QString installedDataDirectory() override { return "/usr/share/tarnlet"; }
+    } installed(w.appDir());
+    globals().paths = &installed;
+    const QByteArray oldHome = qgetenv("HOME");
+    qputenv("HOME", home.path().toLocal8Bit());
+    EXPECT_EQ(setting(Key::SourceCodePath), home.path());
+    QFile dirs(w.configDir() + "/user-dirs.dirs");
+    ASSERT_TRUE(dirs.open(QIODevice::WriteOnly));
+    dirs.write("XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
+    dirs.close();
+    EXPECT_EQ(setting(Key::SourceCodePath), docs);
+    EXPECT_EQ(setting(Key::LastFile), docs + "/Untitled.pbp");
+    saveSetting(Key::SourceCodePath, "/mine");
+    EXPECT_EQ(setting(Key::SourceCodePath), "/mine");
+    qputenv("HOME", oldHome);
+    globals().paths = &w.paths;
 }

@@ -48,7 +48,7 @@ public:
         return Answer::Ok;
     }
     std::optional<QString> openFile(const QString&, const QString&) override { return std::nullopt; }
-    std::optional<QString> saveFile(const QString&, const QString&) override { return std::nullopt; }
+    std::optional<QString> saveFile(const QString&, const QString&, int&) override { return std::nullopt; }
     std::optional<qint32> chooseColor(qint32) override { return std::nullopt; }
 };
 

@@ -2,8 +2,12 @@
 #include "RunningFrame.h"
 #include "core/ToolIds.h"
 
+#include "platform/QtPrompts.h"
+
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QTest>
 
@@ -88,7 +92,7 @@ TEST(Commands, RecentFilesKeepTheLastFourOpenFromTheMenuAndAreStoredAtClose) {
     EXPECT_EQ(setting(Key::File4), newestFirst[3]);
     // An entry whose file has gone: reported, the count back, the entry kept.
     saveSetting(Key::File1, "&1 " + t.w.file("vanished.pbp"));
-    t.start();
+    t.start(paths[0]);  // one document, not the five of the session
     t.click(ToolId::File1);
     ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
     EXPECT_EQ(t.lastBox().title, "File Error");
@@ -166,4 +170,73 @@ TEST(Commands, MenuKeysActOnceAndWebLinksCarryTheVersion) {
     t.w.launcher.failUrl = true;
     t.click(ToolId::QuillbayHomePage);
     EXPECT_EQ(t.lastBox().text, "Unable to launch application.\r\rhttp://www.quillbay.example/Category.aspx?CategoryID=2");
+}
+
+// Save As: starts at the document's own name and folder, under the filter of its extension, and a typed name
+// without extension takes the filter chosen; All Files keeps the name as typed.
+TEST(Commands, SaveAsAddsTheChosenFiltersExtensionAndStartsInTheDocumentsFolder) {
+    RunningFrame t;
+    const QString dir = t.w.appDir() + "/work dir";
+    QDir().mkpath(dir);
+    const struct { std::optional<int> filter; const char* typed; const char* saved; } cases[] = {
+        {0, "myprog", "myprog.pbp"},  // PicBasic Pro
+        {1, "two", "two.pbc"},
+        {2, "three", "three.bas"},
+        {3, "four", "four"},          // All Files
+        {0, "five.txt", "five.txt"},  // an extension of its own stays
+        {std::nullopt, "six", "six.pbp"},  // .txt has no filter: the one chosen last is shown
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.typed);
+        if (c.filter)
+            t.w.prompts.filterChoices.push_back(*c.filter);
+        t.w.prompts.files.push_back(dir + "/" + c.typed);
+        const QString before = t.doc()->View->document().PathName();
+        t.click(ToolId::SaveAs);
+        EXPECT_EQ(t.w.prompts.fileDialogNames.last(), before);
+        EXPECT_EQ(t.doc()->Caption(), dir + "/" + c.saved);
+        EXPECT_TRUE(QFile::exists(dir + "/" + c.saved));
+    }
+    // A .bas document's dialog starts at the Basic filter: a bare name left there becomes .bas.
+    t.openFile(t.w.write("old.bas", "x"));
+    t.w.prompts.files.push_back(dir + "/seven");
+    t.click(ToolId::SaveAs);
+    EXPECT_EQ(t.doc()->Caption(), dir + "/seven.bas");
+
+    // The real dialog is opened in the document's folder, also for a file not written yet, at its filter.
+    QFileDialog dlg;
+    setupFileDialog(dlg, QFileDialog::AcceptSave,
+                    "PicBasic Pro Source Code (*.pbp)|*.pbp|Basic Source Code (*.bas)|*.bas|", dir + "/Untitled9.pbp", 1);
+    EXPECT_EQ(QDir(dlg.directory()).canonicalPath(), QDir(dir).canonicalPath());
+    EXPECT_EQ(dlg.selectedNameFilter(), "Basic Source Code (*.bas)");
+}
+
+// Ctrl+G opens Goto Line whatever the desktop's key scheme binds to Find Next, which keeps F3.
+TEST(Commands, CtrlGOpensGotoLineAndF3FindsNext) {
+    RunningFrame t;
+    QStringList modals;
+    t.f->modalHook = [&](QDialog& d) {
+        modals << d.windowTitle();
+        return 0;
+    };
+    auto& tools = t.f->toolBars().Tools();
+    auto key = [&](const char* id) {
+        return t.f->toolBars().action(tools.Item(ToolId::Edit).Menu().Tools().Item(id))->shortcuts();
+    };
+    EXPECT_EQ(key(ToolId::GotoLine), QList<QKeySequence>{QKeySequence("Ctrl+G")});
+    EXPECT_EQ(key(ToolId::FindNext), QList<QKeySequence>{QKeySequence("F3")});
+    SourceView& v = *t.doc()->View;
+    v.SetText("LOW 1\nHIGH 1\nHIGH 2");
+    QApplication::setActiveWindow(t.f.get());
+    // In the editor, and anywhere else in the frame through the menu's key.
+    for (QWidget* where : {v.editorWidget(), static_cast<QWidget*>(t.f->mdiArea())}) {
+        modals.clear();
+        QTest::keyClick(where, Qt::Key_G, Qt::ControlModifier);
+        EXPECT_EQ(modals, QStringList{"Goto Line"});
+        EXPECT_EQ(v.CaretY(), 0);
+    }
+    ASSERT_TRUE(v.findText("HIGH", false, false, true));
+    QTest::keyClick(v.editorWidget(), Qt::Key_F3);
+    EXPECT_EQ(v.CaretY(), 2);
+    EXPECT_EQ(modals.size(), 1);
 }

@@ -9,6 +9,7 @@
 #include "document/SourceView.h"
 #include "document/frmEditor.h"
 #include "platform/PosixLauncher.h"
+#include "shell/EditorRegistry.h"
 #include "shell/MDIMain.h"
 #include "shell/RecentFiles.h"
 #include "support/Doubles.h"
@@ -46,10 +47,12 @@ struct RunningFrame {
         w.prompts.files.push_back(path);
         click(ToolId::Open);
     }
+    // The documents' titles in the registry's order, the session's documents all back.
     QStringList titles() {
+        f->finishRestoring();
         QStringList t;
-        for (QMdiSubWindow* s : f->mdiArea()->subWindowList(QMdiArea::CreationOrder))
-            t << s->widget()->windowTitle();
+        for (const frmEditor* d : f->registry().all())
+            t << d->windowTitle();
         return t;
     }
     // The Window menu past its four arrange entries.

@@ -3,12 +3,21 @@
 #include "core/ToolIds.h"
 
 #include "compile/CompilerScreen.h"
+#include "core/Session.h"
+#include "shell/EditorRegistry.h"
+#include "platform/QtSingleInstance.h"
 #include "platform/Twips.h"
 #include "statusbar/StatusPicture.h"
 #include "statusbar/cNoStatusBar.h"
 
 #include <QDir>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QProcess>
 #include <QTemporaryDir>
+
+#include <atomic>
+#include <thread>
 
 TEST(Startup, FirstStartWithEmptySettingsThenCloseStoresWhatTheNextStartOpens) {
     RunningFrame t;
@@ -204,4 +213,235 @@ TEST(Startup, ShutdownClosesTheDocumentsThenTheOutputScreenAndTheAboutBoxLast) {
             win->installEventFilter(&order);
     ASSERT_TRUE(t.f->close());
     EXPECT_EQ(order.closed, QStringList({"frmEditor", "CompilerScreen", "MyAbout"}));
+}
+
+// Sessions: a normal close keeps the documents in their order with the active one and each caret line; a
+// start without a file brings back those still there, and the command line or LastFile decide otherwise.
+TEST(Session, ACloseKeepsTheDocumentsAndAStartWithoutAFileBringsThemBack) {
+    RunningFrame t(QString(), false);
+    QByteArray lines;
+    for (int i = 1; i <= 30; ++i)
+        lines += "LINE " + QByteArray::number(i) + "\r\n";
+    const QStringList paths = {t.w.write("a.pbp", lines), t.w.write("b dir/b.bas", lines), t.w.write("c.pbc", lines)};
+    t.start(paths[0]);
+    t.f->createDocument(paths[1]);
+    t.f->createDocument(paths[2]);
+    const int caret[] = {20, 0, 5};
+    for (int i = 0; i < 3; ++i)
+        t.f->registry().all()[i]->View->SetSel(0, caret[i], 0, caret[i]);
+    t.f->createDocument(t.w.file("Untitled1.pbp"));  // never saved: nothing to come back to
+    t.f->mdiArea()->setActiveSubWindow(t.f->registry().find(paths[1])->subWindow());
+    ASSERT_TRUE(t.f->close());
+
+    auto lineOf = [&](const QString& p) { return t.f->registry().find(p)->View->CaretY(); };
+    // The active one is there at once; the others come in their places while the frame answers.
+    t.start();
+    EXPECT_EQ(t.f->miDocCount(), 1);
+    EXPECT_EQ(t.doc()->Caption(), paths[1]);
+    EXPECT_TRUE(t.f->restoring());
+    ASSERT_TRUE(waitFor([&] { return !t.f->restoring(); }));
+    EXPECT_EQ(t.titles(), paths);
+    EXPECT_EQ(t.doc()->Caption(), paths[1]);
+    EXPECT_EQ((QList<int>{lineOf(paths[0]), lineOf(paths[1]), lineOf(paths[2])}), QList<int>({20, 0, 5}));
+    EXPECT_EQ(t.windowMenu(), QStringList{"separator"} + paths);
+    EXPECT_EQ(t.filesLabel(), "Files: 3");
+    EXPECT_TRUE(t.w.prompts.boxes.empty());
+
+    // A close before all are back keeps them all.
+    ASSERT_TRUE(t.f->close());
+    t.start();
+    ASSERT_TRUE(t.f->close());
+    t.start();
+    EXPECT_EQ(t.titles(), paths);
+    // Missing files are left out without a word; a folder where a file was, too.
+    ASSERT_TRUE(t.f->close());
+    QFile::remove(paths[1]);
+    QFile::remove(paths[2]);
+    QDir().mkpath(paths[2]);
+    t.start();
+    EXPECT_EQ(t.titles(), QStringList{paths[0]});
+    EXPECT_EQ(t.f->miDocCount(), 1);
+    EXPECT_TRUE(t.w.prompts.boxes.empty());
+    // A file on the command line opens alone.
+    t.start(paths[0]);
+    EXPECT_EQ(t.titles(), QStringList{paths[0]});
+    // Nothing left of the session: LastFile opens, as it always did (here the file closed last).
+    ASSERT_TRUE(t.f->close());
+    QFile::remove(paths[0]);
+    saveSetting(Key::LastFile, t.w.file("last.pbp"));
+    t.start();
+    EXPECT_EQ(t.titles(), QStringList{t.w.file("last.pbp")});
+    EXPECT_TRUE(t.w.prompts.boxes.empty());
+    // Closed with no document: the next start is LastFile's too.
+    t.click(ToolId::Close);
+    ASSERT_TRUE(t.f->close());
+    t.start();
+    EXPECT_EQ(t.titles(), QStringList{t.w.file("last.pbp")});
+}
+
+// The recent files list is in the settings as soon as it changes: a killed IDE (no close) keeps it.
+TEST(Session, RecentFilesAreStoredWhenTheyChange) {
+    RunningFrame t;
+    const QString a = t.w.write("a.pbp", "x"), b = t.w.write("b.pbp", "y");
+    t.openFile(a);
+    t.openFile(b);
+    t.start();  // the frame goes without its close, as under kill -9
+    EXPECT_EQ(QStringList({t.recent(1), t.recent(2)}), QStringList({"&1 " + b, "&2 " + a}));
+    EXPECT_EQ(t.stored("Startup/Height"), "<none>");
+}
+
+// Status panel 1 shows all of a long caret position: it widens to its text, never below its 100 pixels.
+TEST(Startup, TheCaretPanelWidensToItsWholeText) {
+    RunningFrame t;
+    cNoStatusBar& bar = *t.f->statusBar();
+    auto width = [&](int panel) { return bar.GetPanelRect(panel).right - bar.GetPanelRect(panel).left + 1; };
+    EXPECT_EQ(width(1), 100);
+    const QString longest = "Line: 12345 Col: 123";
+    t.f->setPanelText(1, longest);
+    const int needed = t.f->statusPicture()->target().measureText(longest).width() + 12;
+    ASSERT_GT(needed, 100) << "the test needs a text wider than the panel";
+    EXPECT_EQ(width(1), needed);
+    t.f->setPanelText(1, "Line: 1 Col: 1");
+    EXPECT_EQ(width(1), needed);
+    // The caret's own event writes it.
+    SourceView& v = *t.doc()->View;
+    v.SetText(QString("x\n").repeated(12400) + QString(130, 'y'));
+    v.SetSel(122, 12400, 122, 12400);
+    EXPECT_EQ(bar.PanelText(1), "Line: 12401 Col: 123");
+    EXPECT_GE(width(1), t.f->statusPicture()->target().measureText(bar.PanelText(1)).width() + 12);
+}
+
+namespace {
+// A later start on its own thread, as in its own process: it blocks until the answer or the timeout.
+bool laterStart(const HandOver& message, const QString& address, int timeoutMs = kRunningIdeAnswerMs) {
+    std::atomic<int> taken{-1};
+    std::thread later([&] {
+        QtSingleInstance channel(address);
+        taken = channel.handOver(message, timeoutMs) ? 1 : 0;
+    });
+    waitFor([&] { return taken >= 0; });
+    later.join();
+    return taken == 1;
+}
+// The file behind a local socket's address.
+QString socketFile(const QString& address) {
+    return QDir::isAbsolutePath(address) ? address : QDir::tempPath() + "/" + address;
+}
+}  // namespace
+
+// A later start's files reach the running frame: each opens, or comes forward when it is open, with no
+// question; with none the frame just comes to the front.
+TEST(OneIde, HandedOverFilesOpenOrComeForwardAndTheFrameComesToTheFront) {
+    RunningFrame t(QString(), false);
+    struct Channel : SingleInstance {
+        std::function<void(const HandOver&)> listener;
+        bool handOver(const HandOver&, int) override { return false; }
+        bool listen(std::function<void(const HandOver&)> onMessage) override {
+            listener = std::move(onMessage);
+            return true;
+        }
+    } channel;
+    const QString a = t.w.write("a.pbp", "A"), b = t.w.write("b.pbp", "B"), fresh = t.w.file("new.pbp");
+    // The frame listens before it is shown: a file that comes while it is loading opens after its own.
+    t.f = std::make_unique<MDIMain>(QString());
+    ASSERT_TRUE(t.f->answerLaterStarts(channel));
+    channel.listener({{a}});
+    t.f->show();
+    EXPECT_EQ(t.titles(), QStringList({t.w.file("Untitled.pbp"), a}));
+    EXPECT_EQ(t.doc()->Caption(), a);
+    channel.listener({{t.w.appDir() + "/./b.pbp", a, fresh}});
+    EXPECT_EQ(t.titles(), QStringList({t.w.file("Untitled.pbp"), a, t.w.appDir() + "/./b.pbp", fresh}));
+    EXPECT_EQ(t.doc()->Caption(), fresh);  // as on the command line: empty, nothing written
+    EXPECT_FALSE(QFile::exists(fresh));
+    channel.listener({{b}});
+    EXPECT_EQ(t.doc()->Caption(), t.w.appDir() + "/./b.pbp");
+    EXPECT_EQ(t.f->miDocCount(), 4);
+    EXPECT_EQ(t.filesLabel(), "Files: 4");
+    EXPECT_TRUE(t.w.prompts.boxes.empty());
+    EXPECT_EQ(t.recent(1), "-");
+    t.f->showMinimized();
+    ASSERT_TRUE(t.f->isMinimized());
+    channel.listener({});
+    EXPECT_FALSE(t.f->isMinimized());
+    EXPECT_EQ(t.f->miDocCount(), 4);
+}
+
+// The channel: one whole message is taken and answered; foreign bytes, another settings home and an IDE that
+// doesn't answer are not; a socket a killed IDE left is taken over.
+TEST(OneIde, TheChannelTakesOurMessagesOnlyAndEachSettingsHomeIsItsOwnIde) {
+    TestWorld w;
+    const QString address = QtSingleInstance::addressFor(settingsHome());
+    EXPECT_NE(QtSingleInstance::addressFor(settingsHome() + "/portable"), address);
+    // A socket file left behind by a killed IDE.
+    {
+        QFile stale(socketFile(address));
+        ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
+    }
+    QtSingleInstance running(address);
+    QList<HandOver> got;
+    ASSERT_TRUE(running.listen([&](const HandOver& m) { got << m; }));
+    const HandOver one{{"/home/ann/my led/blink.pbp"}};
+    EXPECT_TRUE(laterStart(one, address));
+    EXPECT_TRUE(laterStart({}, address));
+    ASSERT_TRUE(waitFor([&] { return got.size() == 2; }));
+    EXPECT_EQ(got, QList<HandOver>({one, {}}));
+
+    // Another program's bytes get no answer and reach nobody; the channel goes on taking ours.
+    std::atomic<int> answered{-1};
+    std::thread foreign([&] {
+        QLocalSocket s;
+        s.connectToServer(address);
+        s.waitForConnected(kRunningIdeAnswerMs);
+        s.write("GET / HTTP/1.1\r\nHost: x\r\n\r\n");
+        s.waitForBytesWritten();
+        while (s.state() == QLocalSocket::ConnectedState && s.bytesAvailable() == 0)
+            s.waitForReadyRead(100);
+        answered = int(s.bytesAvailable());
+    });
+    waitFor([&] { return answered >= 0; });
+    foreign.join();
+    EXPECT_EQ(answered, 0);
+    EXPECT_TRUE(laterStart(one, address));
+    ASSERT_TRUE(waitFor([&] { return got.size() == 3; }));
+
+    // Nobody under another settings home; an IDE that takes the call but never answers is given up.
+    EXPECT_FALSE(laterStart(one, QtSingleInstance::addressFor(settingsHome() + "/portable"), 300));
+    QLocalServer silent;
+    const QString silentAddress = address + "-silent";
+    ASSERT_TRUE(silent.listen(silentAddress));
+    EXPECT_FALSE(laterStart(one, silentAddress, 300));
+    EXPECT_EQ(got.size(), 3);
+}
+
+// The program itself: a second tarnlet, with a relative path and with none, hands over to the running frame
+// and ends; no second frame comes up.
+TEST(OneIde, ASecondTarnletHandsItsFileToTheRunningFrameAndEnds) {
+    const QString program = QStringLiteral(QB_BINARY_DIR "/tarnlet");
+    ASSERT_TRUE(QFileInfo(program).isExecutable()) << "build the program first";
+    RunningFrame t;
+    QtSingleInstance channel(QtSingleInstance::addressFor(settingsHome()));
+    ASSERT_TRUE(t.f->answerLaterStarts(channel));
+    const QString file = t.w.write("handed over.pbp", "HIGH 1\r\n");
+    for (const QStringList& args : {QStringList{"handed over.pbp"}, QStringList{}}) {
+        QProcess later;
+        later.setWorkingDirectory(t.w.appDir());
+        later.setProcessChannelMode(QProcess::ForwardedChannels);
+        later.start(program, args);
+        ASSERT_TRUE(later.waitForStarted());
+        // The frame answers from its event loop while the later start waits; the deadline only stops a
+        // later start that came up as an IDE of its own.
+        QDeadlineTimer guard(60000);
+        while (later.state() != QProcess::NotRunning && !guard.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        if (later.state() != QProcess::NotRunning) {
+            later.kill();
+            later.waitForFinished();
+            FAIL() << "the later start didn't end: " << args.join(' ').toStdString();
+        }
+        EXPECT_EQ(later.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(later.exitCode(), 0);
+    }
+    ASSERT_TRUE(waitFor([&] { return t.f->miDocCount() == 2; }));
+    EXPECT_EQ(t.doc()->Caption(), file);
+    EXPECT_EQ(t.doc()->View->Text(), "HIGH 1\r\n");
 }

@@ -2,6 +2,7 @@
 #include "core/ToolIds.h"
 #include "shell/EnableTools.h"
 #include "shell/ToolBars.h"
+#include "shell/ToolTable.h"
 #include "support/Doubles.h"
 
 #include <QAbstractItemView>
@@ -9,6 +10,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMainWindow>
+#include <QMap>
 #include <QMenu>
 #include <gtest/gtest.h>
 
@@ -182,4 +184,32 @@ TEST(ToolBars, MenuClicksTheMarginRadioGroupAndComboCloseUp) {
     combo.Clear();
     QApplication::processEvents();
     EXPECT_EQ(closeUps, (std::vector<int>{1, 2}));
+}
+
+// Under every desktop key scheme no key belongs to two tools: Ctrl+G is Goto Line's, F3 Find Next's, also
+// where the scheme gives Find Next Ctrl+G (GNOME, Windows) or Replace Ctrl+R (KDE).
+TEST(ToolTable, NoKeySchemeGivesOneKeyToTwoTools) {
+    using SK = QKeySequence::StandardKey;
+    const std::pair<const char*, KeyBindings> schemes[] = {
+        {"this desktop", &QKeySequence::keyBindings},
+        {"GNOME-like", [](SK k) -> QList<QKeySequence> {
+             if (k == QKeySequence::FindNext)
+                 return {QKeySequence("Ctrl+G"), QKeySequence("F3")};
+             if (k == QKeySequence::FindPrevious)
+                 return {QKeySequence("Ctrl+Shift+G"), QKeySequence("Shift+F3")};
+             return QKeySequence::keyBindings(k);
+         }},
+        {"every standard key on Ctrl+G", [](SK) { return QList<QKeySequence>{QKeySequence("Ctrl+G")}; }},
+    };
+    for (const auto& [name, bindings] : schemes) {
+        SCOPED_TRACE(name);
+        QMap<QString, QStringList> owners;  // key -> tools
+        for (const ToolDef& d : toolTable())
+            for (const QKeySequence& k : toolShortcuts(d, bindings))
+                owners[k.toString()] << d.id;
+        EXPECT_EQ(owners.value("Ctrl+G"), QStringList{ToolId::GotoLine});
+        EXPECT_EQ(owners.value("F3"), QStringList{ToolId::FindNext});
+        for (auto it = owners.cbegin(); it != owners.cend(); ++it)
+            EXPECT_EQ(it.value().size(), 1) << it.key().toStdString() << ": " << it.value().join(' ').toStdString();
+    }
 }

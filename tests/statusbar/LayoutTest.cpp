@@ -25,6 +25,14 @@ TEST(StatusLayout, FramePanels) {
         // 14 characters of 7 pixels, plus 12.
         {"fit to contents", 300, [](auto& b) { b.PanelFitToContents(1, true); },
          {{0, 0, 109, 20}, {110, 0, 249, 20}, {250, 0, 300, 20}}},
+        // The caret's text of 20 characters needs 152: the first panel widens, the spring gives way; a
+        // shorter text later doesn't narrow it, and one that fits leaves the panel at its minimum.
+        {"widens to its text", 300, [](auto& b) { b.PanelTextWiden(1, "Line: 12345 Col: 123"); },
+         {{0, 0, 151, 20}, {152, 0, 249, 20}, {250, 0, 300, 20}}},
+        {"and stays so", 300, [](auto& b) { b.PanelTextWiden(1, "Line: 12345 Col: 123"); b.PanelTextWiden(1, "L"); },
+         {{0, 0, 151, 20}, {152, 0, 249, 20}, {250, 0, 300, 20}}},
+        {"text that fits", 300, [](auto& b) { b.PanelTextWiden(1, "Line 1 Col 1"); },
+         {{0, 0, 99, 20}, {100, 0, 249, 20}, {250, 0, 300, 20}}},
         // One panel fills the bar only when it fits; otherwise it keeps its own width and gets no rest.
         {"one panel", 300, onlyFirst, {{0, 0, 300, 20}}},
         {"one panel too wide", 80, onlyFirst, {{0, 0, 100, 20}}},

@@ -27,7 +27,11 @@ std::optional<QString> FakePrompts::openFile(const QString& filter, const QStrin
     return f;
 }
 
-std::optional<QString> FakePrompts::saveFile(const QString& filter, const QString& fileName) {
+std::optional<QString> FakePrompts::saveFile(const QString& filter, const QString& fileName, int& filterIndex) {
+    if (!filterChoices.empty()) {
+        filterIndex = filterChoices.front();
+        filterChoices.pop_front();
+    }
     return openFile(filter, fileName);
 }
 

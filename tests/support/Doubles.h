@@ -31,10 +31,11 @@ public:
     std::deque<std::optional<qint32>> colors;
     QStringList fileDialogFilters;             // the filter each file dialog was shown with
     QStringList fileDialogNames;               // the file name each file dialog started with
+    std::deque<int> filterChoices;             // the filter (from 0) each save dialog is left with; else as shown
 
     Answer message(const QString& text, const QString& title, Icon icon, Buttons buttons) override;
     std::optional<QString> openFile(const QString& filter, const QString& fileName) override;
-    std::optional<QString> saveFile(const QString& filter, const QString& fileName) override;
+    std::optional<QString> saveFile(const QString& filter, const QString& fileName, int& filterIndex) override;
     std::optional<qint32> chooseColor(qint32 initial) override;
 };
 
