@@ -303,6 +303,11 @@ void SourceView::Impl::deliverLinesChanged() {
     emit q.LinesChanged(p.first, p.first + std::max(grown, 0));
 }
 
+void SourceView::tellCaret() {
+    d->lastCol = d->lastLine = -1;
+    checkCaretMoved();
+}
+
 void SourceView::checkCaretMoved() {
     d->deliverLinesChanged();
     int col = 0, line = 0;

@@ -95,6 +95,8 @@ public:
     QWidget* editorWidget() const;
     // Delivers CaretMove when the caret's column or line differs from the last one delivered.
     void checkCaretMoved();
+    // Delivers CaretMove for where the caret is, moved or not.
+    void tellCaret();
 
 signals:
     void CaretMove(int x, int y);

@@ -159,6 +159,8 @@ void frmEditor::Form_Activate() {
     skipOnFailure([&] { frame_.GetDeviceData(false); });
     // The tools follow this document's undo history and selection.
     skipOnFailure([&] { frame_.EnableTools(); });
+    // The status bar shows this document's caret, not the place of the one active before.
+    skipOnFailure([&] { View->tellCaret(); });
 }
 
 void frmEditor::closeEvent(QCloseEvent* e) {
@@ -192,6 +194,11 @@ void frmEditor::View_CaretMove(int x, int y) {
     }
     skipOnFailure([&] { frame_.EnableTools(); });
     int displayCol = 0, displayLine = 0;
+    // A caret placed in a document in the background (a session coming back) is no news for the
+    // status bar, which shows the active one's.
+    const frmEditor* active = frame_.editors().active();
+    if (active && active != this)
+        return;
     skipOnFailure([&] { View->TextToDisplay(x, y, displayCol, displayLine); });
     // The character left of the caret, so a caret just behind a word still finds it.
     int cls = 0, start = 0, length = 0;
