@@ -5,6 +5,7 @@
 #include "platform/Wine.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 
 #include <optional>
@@ -79,6 +80,20 @@ public:
         return text;
     }
 
+    QString localPath(const QString& named, const QString& directory) override {
+        // The forms this compile handed over are known; any other is looked for on the disk.
+        for (auto f = state_.shortForms.cbegin(); f != state_.shortForms.cend(); ++f)
+            if (f.value().compare(named, Qt::CaseInsensitive) == 0 && f.key().startsWith(key({})))
+                return f.key().mid(key({}).size());
+        return posixPathOfWindows(named, directory, winePrefix(), [this](const QStringList& posix) {
+            fetch(posix);
+            QStringList forms;
+            for (const QString& p : posix)
+                forms << state_.shortForms.value(key(p));
+            return forms;
+        });
+    }
+
 private:
     // Wine makes a file's short name from its long one, so a form once fetched stays right for that file in
     // that prefix; the cache keeps the two wine runs out of every compile but the first.
@@ -127,6 +142,10 @@ std::unique_ptr<ProgramHost> ProgramHost::of(const QString& program, Paths& nati
     (void)wine;
 #endif
     return ProgramHost::native(native);
+}
+
+QString ProgramHost::nativePath(const QString& named, const QString& directory) {
+    return named.isEmpty() ? QString() : QDir::cleanPath(QDir(directory).absoluteFilePath(named));
 }
 
 std::unique_ptr<ProgramHost> ProgramHost::native(Paths& paths) { return std::make_unique<NativeHost>(paths); }
