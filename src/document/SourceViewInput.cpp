@@ -53,7 +53,12 @@ void SourceViewEditor::keyReleaseEvent(QKeyEvent* e) {
 
 void SourceViewEditor::mousePressEvent(QMouseEvent* e) {
     QsciScintilla::mousePressEvent(e);
+    QPointer<SourceView> self(&view_);
     view_.checkCaretMoved();
+    if (!self)
+        return;
+    const QPoint p = clientPoint(e);
+    emit view_.MouseDown(mouseButtons(e->button()), shiftState(e->modifiers()), p.x(), p.y());
 }
 
 void SourceViewEditor::mouseMoveEvent(QMouseEvent* e) {
