@@ -241,6 +241,13 @@ void CompileSession::takeOutput() {
     // The compiler is done and nothing of its process group runs any more: its files can be named.
     output_ = host_ ? host_->compileEnded(loaded) : loaded;
     exitStatus_ = compileExitStatus(outputFile_);
+    const QString sourceDirectory = QFileInfo(inputs_.D).absolutePath();
+    messages_ = placeMessages(
+        parseOutputMessages(output_),
+        [&](const QString& named) {
+            return host_ ? host_->localPath(named, sourceDirectory) : ProgramHost::nativePath(named, sourceDirectory);
+        },
+        asmTagsOfFile);
     QString shown = output_;
     if (exitStatus_.value_or(0) != 0)
         shown = withOutputLine(shown, exitStatusText(QString::number(*exitStatus_)));

@@ -4,6 +4,7 @@
 // it. A session lives beside its document window as a child object; the document keeps its latest one.
 // Compiles of different documents may run at once: each has its own script, output file and screen.
 
+#include "compile/CompileMessages.h"
 #include "platform/RunpbScripts.h"
 #include "platform/TaggedTimer.h"
 
@@ -69,6 +70,10 @@ public:
     // The compiler's exit status, as its script left it beside the output; none before a tick took the
     // output, or when the script left none.
     std::optional<int> exitStatus() const { return exitStatus_; }
+    // The errors, warnings and notes in the output, in its order, with their files as paths of this
+    // machine (a name without a folder lies beside the source); an assembler's message is shown at the
+    // BASIC line of the nearest tag above its line in the .ASM. Empty until a tick took the output.
+    const std::vector<CompileMessage>& messages() const { return messages_; }
     // The output holds a line with "ERROR" in it.
     bool hasErrorLine() const { return errorLine_; }
     // The compile failed: an error line, or an exit status other than 0. Its screen stays then.
@@ -108,6 +113,7 @@ private:
     QString outputFile_;
     QString output_;
     std::optional<int> exitStatus_;
+    std::vector<CompileMessage> messages_;
     bool errorLine_ = false;
     QPointer<CompilerScreen> screen_;
 };

@@ -5,6 +5,7 @@
 #include "platform/Wine.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 
 #include <optional>
@@ -127,6 +128,10 @@ std::unique_ptr<ProgramHost> ProgramHost::of(const QString& program, Paths& nati
     (void)wine;
 #endif
     return ProgramHost::native(native);
+}
+
+QString ProgramHost::nativePath(const QString& named, const QString& directory) {
+    return named.isEmpty() ? QString() : QDir::cleanPath(QDir(directory).absoluteFilePath(named));
 }
 
 std::unique_ptr<ProgramHost> ProgramHost::native(Paths& paths) { return std::make_unique<NativeHost>(paths); }

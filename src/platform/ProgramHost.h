@@ -44,4 +44,10 @@ public:
     // the forms the compiler was given, followed by a line for each output that keeps its alias. Gives
     // the text to show.
     virtual QString compileEnded(const QString& output) { return output; }
+    // A file as the program's text names it, as a path of this system: a name without a folder, or with
+    // a relative one, lies in directory (a path of this system). Through wine, a Windows path (Z:\...,
+    // C:\..., or one with DOS aliases in it) is the file it stands for.
+    virtual QString localPath(const QString& named, const QString& directory) { return nativePath(named, directory); }
+    // The native reading: a relative path lies in directory.
+    static QString nativePath(const QString& named, const QString& directory);
 };
