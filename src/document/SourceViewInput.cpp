@@ -38,6 +38,8 @@ void SourceViewEditor::keyPressEvent(QKeyEvent* e) {
         view_.ExecuteCommand(EditCommand::GotoLine);
     else if (mods == 0 && e->key() == Qt::Key_F3)
         view_.FindNext();
+    else if (isReadOnly() && (e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter))
+        ;  // nothing to break: the key is the KeyDown handler's, and the selection stays
     else
         QsciScintilla::keyPressEvent(e);
     if (self)

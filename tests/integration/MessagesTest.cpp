@@ -5,6 +5,8 @@
 #include "document/SourceViewEditor.h"
 
 #include <QApplication>
+#include <QLabel>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
@@ -78,7 +80,6 @@ TEST(Messages, TheScreenTagsAndCountsThemAndMovesNoCaret) {
     EXPECT_EQ(tags, QStringList({"|", "error|", "warning|", QString::fromUtf8("error|\u2192 blink.pbp line 3"), "note|"}));
     EXPECT_EQ(s.CompilerOutput->lineTone(2), LineTone::Warning);
     // The count stands above the output, both in the window.
-    ASSERT_FALSE(s.findChildren<QLabel*>().isEmpty());
     const QLabel* count = s.findChild<QLabel*>("MessageCount");
     ASSERT_NE(count, nullptr);
     EXPECT_TRUE(count->isVisible());
@@ -174,4 +175,44 @@ TEST(Messages, AClickIntoTheScreenStopsItsCountdownAndAClosedScreenHasNoMessages
     s.close();
     EXPECT_EQ(CompilerScreen::withMessages(), nullptr);
     EXPECT_FALSE(t.enabled(ToolId::NextMessage));
+}
+
+TEST(Messages, ACompilesOwnMessagesLeadToTheirLinesTheAssemblersToTheTaggedBasicLine) {
+    // The compiler double writes a tagged .ASM beside the source and prints a message of each kind.
+    QTemporaryDir scratch;
+    const QString compiler = writeProgram(
+        scratch.filePath("PBPW"),
+        "#!/bin/sh\nfor a; do src=$a; done\ndir=$(dirname \"$src\")\n"
+        "printf '; %s\\t00003\\tGOTO nowhere\\n\\tgoto nowhere\\n' \"$src\" > \"$dir/blink.asm\"\n"
+        "echo 'PICBASIC PRO(TM) Compiler 3.1, (c) 1998 x'\n"
+        "echo 'WARNING Line 2: Unused variable. (defs.pbp)'\n"
+        "echo 'ERROR Line 4: Syntax error.'\n"
+        "echo \"Error[113] $dir/blink.asm 2 : Symbol not previously defined (nowhere)\"\nexit 1\n");
+    CompileFrame t("INCLUDE \"defs.pbp\"\nHIGH PORTB.0\nGOTO nowhere\nEND\n", compiler, true, "led/blink.pbp");
+    t.w.write("led/defs.pbp", "x VAR BYTE\ny VAR WORD\n");
+    SourceView& blink = *t.doc()->View;
+    blink.SetSel(2, 1, 2, 1);
+    ASSERT_TRUE(t.compileAndWait());
+    CompilerScreen& s = t.screen();
+    EXPECT_EQ(s.countText(), "2 errors, 1 warning");
+    QStringList tags;
+    for (int line = 0; line < 4; ++line)
+        tags << s.CompilerOutput->lineTag(line) + "|" + s.CompilerOutput->lineNote(line);
+    EXPECT_EQ(tags, QStringList({"|", "warning|", "error|", QString::fromUtf8("error|\u2192 blink.pbp line 3")}));
+    // The compile moved no caret and marked nothing.
+    int c0, l0, c1, l1;
+    blink.GetSel(c0, l0, c1, l1);
+    EXPECT_EQ(QList<int>({c0, l0, c1, l1, blink.messageMarkLine()}), QList<int>({2, 1, 2, 1, -1}));
+    EXPECT_EQ(t.titles().size(), 1);
+    const auto where = [&] {
+        SourceView& v = *t.doc()->View;
+        return QFileInfo(t.doc()->Caption()).fileName() + ":" + v.selectedText() + ":" + QString::number(v.messageMarkLine());
+    };
+    QStringList walk;
+    for (int i = 0; i < 3; ++i) {
+        t.click(ToolId::NextMessage);
+        walk << where();
+    }
+    EXPECT_EQ(walk, QStringList({"defs.pbp:y VAR WORD:1", "blink.pbp:END:3", "blink.pbp:GOTO nowhere:2"}));
+    EXPECT_TRUE(t.w.prompts.boxes.empty());
 }

@@ -14,6 +14,7 @@ TEST(ProgramAfterCompile, TheFirstReasonNotToProgramIsSaid) {
         QFile f(path);
         ASSERT_TRUE(f.open(QIODevice::WriteOnly));
         f.write("x");
+        f.flush();  // else the close writes, and stamps the file anew
         ASSERT_TRUE(f.setFileTime(when, QFileDevice::FileModificationTime));
     };
     write(source, saved);
@@ -32,7 +33,6 @@ TEST(ProgramAfterCompile, TheFirstReasonNotToProgramIsSaid) {
         {"error line, status 0", true, 0, 5, no + "the compiler's output has an error line."},
         {"no status", false, std::nullopt, 5, no + "the compiler left no exit status."},
         {"status", false, 3, 5, no + "the compiler ended with exit status 3."},
-        {"negative status", false, -1, 5, no + "the compiler ended with exit status -1."},
         {"no hex", false, 0, std::nullopt, no + "there is no hex file " + hex + "."},
         {"older hex", false, 0, -1, no + "the hex file " + hex + " is older than the source."},
     };
