@@ -80,6 +80,20 @@ public:
         return text;
     }
 
+    QString localPath(const QString& named, const QString& directory) override {
+        // The forms this compile handed over are known; any other is looked for on the disk.
+        for (auto f = state_.shortForms.cbegin(); f != state_.shortForms.cend(); ++f)
+            if (f.value().compare(named, Qt::CaseInsensitive) == 0 && f.key().startsWith(key({})))
+                return f.key().mid(key({}).size());
+        return posixPathOfWindows(named, directory, winePrefix(), [this](const QStringList& posix) {
+            fetch(posix);
+            QStringList forms;
+            for (const QString& p : posix)
+                forms << state_.shortForms.value(key(p));
+            return forms;
+        });
+    }
+
 private:
     // Wine makes a file's short name from its long one, so a form once fetched stays right for that file in
     // that prefix; the cache keeps the two wine runs out of every compile but the first.

@@ -50,12 +50,12 @@ namespace {
 constexpr int kServerPersistSeconds = 600;
 constexpr qint64 kServerSureMs = 9 * 60 * 1000;
 
+}  // namespace
+
 QString winePrefix() {
     const QString prefix = qEnvironmentVariable("WINEPREFIX");
     return prefix.isEmpty() ? QDir::homePath() + QStringLiteral("/.wine") : prefix;
 }
-
-}  // namespace
 
 bool wineServerCheckDue(const WineServerRecord& ours, const QString& prefix, qint64 nowMs) {
     return ours.lastUseMs < 0 || ours.prefix != prefix || nowMs < ours.lastUseMs ||

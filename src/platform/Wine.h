@@ -11,6 +11,8 @@
 
 // The wine program on PATH; empty when there is none.
 QString wineProgram();
+// The prefix wine runs programs in: WINEPREFIX, else ~/.wine.
+QString winePrefix();
 // The lasting wine server this program started, and when a compile last used it.
 struct WineServerRecord {
     QString prefix;

@@ -142,3 +142,96 @@ QString withUserNames(QString text, const QList<std::pair<QString, QString>>& pa
     }
     return text;
 }
+
+namespace {
+
+// Letters and digits in upper case: what a name and its DOS alias have in common, before the alias's "~".
+QString aliasLetters(QStringView s) {
+    QString out;
+    for (QChar c : s)
+        if (c.isLetterOrNumber())
+            out += c.toUpper();
+    return out;
+}
+
+// Whether name could bear the alias: its letters start with the alias's before "~", its extension's with
+// the alias's extension.
+bool couldBearAlias(const QString& name, const QString& alias) {
+    const qsizetype tilde = alias.indexOf(QLatin1Char('~'));
+    const qsizetype aliasDot = alias.lastIndexOf(QLatin1Char('.'));
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    const QString stem = aliasLetters(QStringView(alias).first(tilde));
+    const QString ext = aliasDot > tilde ? aliasLetters(QStringView(alias).sliced(aliasDot + 1)) : QString();
+    const QStringView nameStem = dot > 0 ? QStringView(name).first(dot) : QStringView(name);
+    const QStringView nameExt = dot > 0 ? QStringView(name).sliced(dot + 1) : QStringView();
+    return !stem.isEmpty() && aliasLetters(nameStem).startsWith(stem) &&
+           (ext.isEmpty() ? nameExt.isEmpty() : aliasLetters(nameExt).startsWith(ext));
+}
+
+// The name in dir that part stands for; empty when none does.
+QString partIn(const QString& dir, const QString& part,
+               const std::function<QStringList(const QStringList&)>& shortForms) {
+    const QString at = dir.endsWith(QLatin1Char('/')) ? dir : dir + QLatin1Char('/');
+    if (QFileInfo::exists(at + part))
+        return part;
+    const QStringList names =
+        QDir(dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString& n : names)
+        if (n.compare(part, Qt::CaseInsensitive) == 0)
+            return n;
+    if (!part.contains(QLatin1Char('~')))
+        return {};
+    QStringList candidates;
+    for (const QString& n : names)
+        if (couldBearAlias(n, part))
+            candidates << n;
+    if (candidates.size() <= 1)
+        return candidates.value(0);
+    QStringList paths;
+    for (const QString& n : candidates)
+        paths << at + n;
+    const QStringList forms = shortForms(paths);
+    for (qsizetype i = 0; i < candidates.size(); ++i) {
+        const QString form = forms.value(i);
+        if (form.mid(form.lastIndexOf(QLatin1Char('\\')) + 1).compare(part, Qt::CaseInsensitive) == 0)
+            return candidates[i];
+    }
+    return {};
+}
+
+}  // namespace
+
+QString posixPathOfWindows(const QString& path, const QString& directory, const QString& prefix,
+                           const std::function<QStringList(const QStringList&)>& shortForms) {
+    QString at;
+    QStringView rest(path);
+    if (path.size() >= 2 && path[1] == QLatin1Char(':') && path[0].isLetter() && path[0].unicode() < 128) {
+        at = QFileInfo(prefix + QStringLiteral("/dosdevices/") + path[0].toLower() + QLatin1Char(':'))
+                 .canonicalFilePath();
+        if (at.isEmpty())
+            return path;
+        rest = rest.sliced(2);
+    } else if (path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1Char('\\'))) {
+        at = QStringLiteral("/");  // the root of the drive the compile runs on: Z:, the system's root
+    } else {
+        at = directory;
+    }
+    static const QRegularExpression separators(QStringLiteral("[\\\\/]+"));
+    const QStringList parts = rest.toString().split(separators, Qt::SkipEmptyParts);
+    for (qsizetype i = 0; i < parts.size(); ++i) {
+        const QString& part = parts[i];
+        if (part == QLatin1String("."))
+            continue;
+        if (part == QLatin1String("..")) {
+            at = QDir::cleanPath(at + QStringLiteral("/.."));
+            continue;
+        }
+        const QString found = partIn(at, part, shortForms);
+        if (found.isEmpty()) {
+            at += QLatin1Char('/') + parts.mid(i).join(QLatin1Char('/'));
+            break;
+        }
+        at += QLatin1Char('/') + found;
+    }
+    return QDir::cleanPath(at);
+}

@@ -5,6 +5,7 @@
 // the text back into the user's names.
 
 #include <QHash>
+#include <functional>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -59,3 +60,14 @@ LongNames giveLongNames(const AliasOutputs& noted, LongNamedOutputs& ours);
 // path can end; a file name only as a whole name.
 QString withUserNames(QString text, const QList<std::pair<QString, QString>>& paths,
                       const QList<std::pair<QString, QString>>& names);
+
+// The file that a Windows path (Z:\HOME\ANN\LED_~KNS\BLIN~4HD.PBP, C:\PBP\INC\X.BAS), a POSIX path that
+// still holds DOS names (/home/ann/led work/INC/LONG~1.BAS) or a relative one (INC\X.BAS, in directory)
+// stands for, as a POSIX path. A drive letter leads where the prefix's dosdevices link of it leads; a
+// path on a drive the prefix doesn't have stays as it is. Each part is found in its folder as it stands,
+// with its letter case ignored, or as the DOS alias of a longer name there (BLIN~4HD.PBP and BLINKI~1.PBP
+// for blinking_lights.pbp): when several names could bear it, shortForms (the Windows short paths of
+// POSIX paths, in their order) tells which does. From the first part not found on, the path keeps its
+// names, with slashes.
+QString posixPathOfWindows(const QString& path, const QString& directory, const QString& prefix,
+                           const std::function<QStringList(const QStringList&)>& shortForms);

@@ -4,7 +4,11 @@
    (<source>.hex, .asm, .lst, .mac, .cod), printing each name. A source that holds "error" gets an error
    line on standard output, a note on standard error, <source>.err and exit status 1; one that holds
    "exit 2" ends with status 2 and no error line; one that holds "linger" leaves a child process running
-   behind it. Built for 64-bit Windows as fakepbp.exe and for 32-bit Windows as fakepbp32.exe. */
+   behind it. One that holds "messages" names its files as a Windows compiler does, by their short DOS
+   paths: a warning for each INCLUDE "file" line naming that file, and, like the BASIC compiler's .ASM, a
+   <source>.asm whose tags name each source line before its code, with an assembler error at the code of
+   the line that holds "nowhere"; it ends with status 1 and writes no hex. Built for 64-bit Windows as
+   fakepbp.exe and for 32-bit Windows as fakepbp32.exe. */
 #include <windows.h>
 #include <stdio.h>
 #include <string.h>
@@ -59,6 +63,49 @@ static void linger(const wchar_t* self) {
         CloseHandle(pi.hProcess), CloseHandle(pi.hThread);
 }
 
+/* The short DOS form of a path relative to the working directory, or the path itself. */
+static void shortForm(const wchar_t* path, wchar_t* out) {
+    wchar_t full[MAX_PATH];
+    if (!GetFullPathNameW(path, MAX_PATH, full, NULL) || !GetShortPathNameW(full, out, MAX_PATH))
+        wcscpy(out, path);
+}
+
+static void messages(const wchar_t* source, const wchar_t* base, char* text) {
+    wchar_t asmPath[MAX_PATH];
+    swprintf(asmPath, MAX_PATH, L"%ls.asm", base);
+    FILE* out = _wfopen(asmPath, L"wb");
+    if (!out)
+        return;
+    int asmLine = 1, errorLine = 0;
+    fputs("\tlist p=16f84a\r\n", out);
+    int n = 0;
+    for (char* line = strtok(text, "\n"); line; line = strtok(NULL, "\n")) {
+        ++n;
+        size_t len = strlen(line);
+        if (len && line[len - 1] == '\r')
+            line[len - 1] = 0;
+        fprintf(out, "; %ls\t%05d\t%s\r\n", source, n, line);
+        ++asmLine;
+        char* quote = strstr(line, "INCLUDE \"");
+        if (quote == line) {
+            wchar_t name[MAX_PATH], dos[MAX_PATH];
+            char* end = strchr(line + 9, '"');
+            if (end)
+                *end = 0;
+            MultiByteToWideChar(CP_UTF8, 0, line + 9, -1, name, MAX_PATH);
+            shortForm(name, dos);
+            printf("WARNING Line 1: Included here. (%ls)\r\n", dos);
+        }
+        fputs(strstr(line, "nowhere") ? "\tgoto nowhere\r\n" : "\tnop\r\n", out);
+        ++asmLine;
+        if (strstr(line, "nowhere"))
+            errorLine = asmLine;
+    }
+    fclose(out);
+    if (errorLine)
+        printf("Error[113] %ls.ASM %d : Symbol not previously defined (nowhere)\r\n", base, errorLine);
+}
+
 int wmain(int argc, wchar_t** argv) {
     if (argc == 2 && wcscmp(argv[1], L"--sleep") == 0) {
         Sleep(600000);
@@ -85,6 +132,10 @@ int wmain(int argc, wchar_t** argv) {
     wchar_t* slash = wcsrchr(base, L'\\');
     if (dot && (!slash || dot > slash))
         *dot = 0;
+    if (strstr(text, "messages")) {
+        messages(source, base, text);
+        return 1;
+    }
     if (strstr(text, "error")) {
         printf("ERROR Line 1: Syntax error.\n");
         fflush(stdout);

@@ -11,6 +11,8 @@
 
 #include <csignal>
 
+using S = CompileMessage::Severity;
+
 namespace {
 
 // Live processes (zombies aside) whose command line holds every one of the words.
@@ -145,6 +147,38 @@ TEST(WineCompile, FailuresKeepTheScreenAndOutputsTakeTheSourcesLongNameAndTheTex
     EXPECT_EQ(CompilerScreen::find()->windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
     EXPECT_TRUE(CompilerScreen::find()->CompilerOutput->Text().endsWith("All Rights Reserved.\r\nexit status 2\r\n"));
     EXPECT_TRUE(t.w.prompts.boxes.empty());
+}
+
+TEST(WineCompile, MessagesNamingShortDosPathsLeadToTheUsersFilesAndTheAsmErrorToItsBasicLine) {
+    if (const QString why = wineTestBlocker(); !why.isEmpty())
+        GTEST_SKIP() << why.toStdString();
+    // An INCLUDEd file in a folder of long names beside the source, one on the prefix's C: drive.
+    const QString onC = qEnvironmentVariable("WINEPREFIX") + "/drive_c/qb test inc/long library name.bas";
+    QDir().mkpath(QFileInfo(onC).path());
+    QFile(onC).open(QIODevice::WriteOnly);
+    WineFrame t("messages\r\nINCLUDE \"include dir/long include name.pbp\"\r\n"
+                "INCLUDE \"C:\\qb test inc\\long library name.bas\"\r\nHIGH PORTB.0\r\nGOTO nowhere\r\n",
+                fakeProgram("fakepbp.exe"), "led work/blinking_lights_v2.pbp");
+    const QString dir = t.w.file("led work"), source = dir + "/blinking_lights_v2.pbp";
+    const QString include = t.w.write("led work/include dir/long include name.pbp", "' x\r\n");
+    // Other names that could bear the aliases: wine is asked which one does.
+    t.w.write("led work/blinking_other.pbp", "' x\r\n");
+    t.w.write("led work/include dir/long other name.pbp", "' x\r\n");
+    ASSERT_TRUE(t.compileAndWait());
+    const QStringList lines = t.run().outputLines();
+    // The compiler named them by their short forms.
+    EXPECT_EQ(lines.filter("~").size(), 2) << t.run().output().toStdString();
+    std::vector<std::tuple<S, QString, int, QString, int>> got;
+    for (const CompileMessage& m : t.run().messages()) {
+        got.push_back({m.severity, m.file, m.line, m.asmFile, m.asmLine});
+        EXPECT_TRUE(lines.value(m.outputLine).startsWith(m.severity == S::Error ? "Error[113] " : "WARNING Line 1: "));
+    }
+    // The .ASM line 11 is the code of the source's fifth line.
+    const std::vector<std::tuple<S, QString, int, QString, int>> want{
+        {S::Warning, include, 1, {}, 0},
+        {S::Warning, QFileInfo(onC).canonicalFilePath(), 1, {}, 0},
+        {S::Error, source, 5, dir + "/blinking_lights_v2.asm", 11}};
+    EXPECT_EQ(got, want) << t.run().output().toStdString();
 }
 
 TEST(WineCompile, A32BitCompilerWhereWineRunsOnly64BitOnesIsRefusedBeforeItRuns) {

@@ -222,6 +222,54 @@ TEST(WineNames, TheCompilersTextNamesTheUsersFiles) {
               "/opt/pbp 3/PBPX.EXE");
 }
 
+TEST(WineNames, WindowsPathsInMessagesLeadToTheFilesHere) {
+    QTemporaryDir t;
+    const QString root = t.filePath("root"), prefix = t.filePath("prefix");
+    const QString work = root + "/home/ann/led work";
+    for (const QString& f : {work + "/blinking_lights_v2.pbp", work + "/blinking_other.pbp", work + "/blink.asm",
+                             work + "/INC/Long Include.bas", prefix + "/drive_c/PBP/INC/Lib File.bas"})
+        writeFile(f, "x");
+    QDir().mkpath(prefix + "/dosdevices");
+    ASSERT_TRUE(QFile::link("../drive_c", prefix + "/dosdevices/c:") && QFile::link(root, prefix + "/dosdevices/z:"));
+    // Wine's short forms of the names asked about, made up here; each question is noted.
+    QList<QStringList> asked;
+    const auto shortForms = [&](const QStringList& posix) {
+        asked << posix;
+        QStringList forms;
+        for (const QString& p : posix)
+            forms << (p.endsWith("_v2.pbp") ? R"(Z:\X\BLIN~AAA.PBP)" : R"(Z:\X\BLIN~BBB.PBP)");
+        return forms;
+    };
+    const QString include = work + "/INC/Long Include.bas", lib = prefix + "/drive_c/PBP/INC/Lib File.bas";
+    const std::tuple<QString, QString, int> cases[] = {
+        // path as named, the file here, the questions to wine it took
+        {R"(Z:\HOME\ANN\LED_~KNS\INC\LONGI~1.BAS)", include, 0},
+        {"z:/home/ann/LED WORK/inc/long include.BAS", include, 0},
+        {R"(INC\LONGI~1.BAS)", include, 0},
+        {work + "/INC/LONG~4XY.BAS", include, 0},
+        {R"(..\led work\INC\..\blink.asm)", work + "/blink.asm", 0},
+        {"blink.asm", work + "/blink.asm", 0},
+        {R"(C:\PBP\INC\LIB_F~1.BAS)", lib, 0},
+        {"c:/pbp/inc/lib file.bas", lib, 0},
+        // Two names could bear the alias: wine tells which.
+        {R"(Z:\HOME\ANN\LED_~KNS\BLIN~BBB.PBP)", work + "/blinking_other.pbp", 1},
+        {R"(Z:\HOME\ANN\LED_~KNS\blin~aaa.pbp)", work + "/blinking_lights_v2.pbp", 1},
+        {R"(Z:\HOME\ANN\LED_~KNS\BLIN~ZZZ.PBP)", work + "/BLIN~ZZZ.PBP", 1},
+        // From the first part not found on, the names stay; an unknown drive keeps the whole path.
+        {R"(Z:\HOME\ANN\NOPE~1\X.PBP)", root + "/home/ann/NOPE~1/X.PBP", 0},
+        {R"(Z:\HOME\ANN\LED_~KNS\BLINK.PBP)", work + "/BLINK.PBP", 0},
+        {R"(D:\X\Y.BAS)", R"(D:\X\Y.BAS)", 0},
+    };
+    for (const auto& [named, want, questions] : cases) {
+        asked.clear();
+        EXPECT_EQ(posixPathOfWindows(named, work, prefix, shortForms), want) << named.toStdString();
+        EXPECT_EQ(asked.size(), questions) << named.toStdString();
+        if (questions) {
+            EXPECT_EQ(asked.value(0), QStringList({work + "/blinking_lights_v2.pbp", work + "/blinking_other.pbp"}));
+        }
+    }
+}
+
 TEST(Wine, MissingWineNamesTheFileAndTheWayToGetIt) {
     QTemporaryDir dir;
     const QString programmer = writeProgram(dir.filePath("EPIC Win.exe"), peHead());
