@@ -191,7 +191,8 @@ bool CompilerScreen::goToMessage(int index) {
     used_ = std::chrono::steady_clock::now();
     const CompileMessage& m = messages_[size_t(index)];
     SourceView& out = *CompilerOutput;
-    out.SetSel(0, m.outputLine, out.document().GetLineLength(m.outputLine), m.outputLine);
+    // Selected from its end back to its start, so that a long line shows its start.
+    out.SetSel(out.document().GetLineLength(m.outputLine), m.outputLine, 0, m.outputLine);
     const QString path = messageFilePath(m, source_);
     frmEditor* doc = frame_->editors().find(path);
     if (!doc) {
@@ -213,11 +214,12 @@ bool CompilerScreen::goToMessage(int index) {
         view.SetSel(0, line, view.document().GetLineLength(line), line);
         view.markMessageLine(line, toneOf(m.severity));
     }
-    if (QWidget* w = frame_->frameWindow()) {
+    // The keys go to the document; the screen stays in sight above the frame for the next message.
+    if (QWidget* w = frame_->frameWindow())
         w->activateWindow();
-        w->raise();
-    }
     view.setFocus();
+    if (isVisible())
+        raise();
     frame_->EnableTools();
     return true;
 }

@@ -78,6 +78,8 @@ void SourceView::Impl::defineToneStyles() {
         e.SendScintilla(Sci::SCI_INDICSETFORE, indicator, kToneColors[t]);
     }
     define(kNoteStyle, kNoteColor, Sci::SCI_STYLESETITALIC);
+    // The tag strip's untagged lines take the line numbers' background; a plain view shows no numbers.
+    e.SendScintilla(Sci::SCI_STYLESETBACK, Sci::STYLE_LINENUMBER, paper);
 }
 
 void SourceView::setLineTag(int line, const QString& tag, LineTone tone) {

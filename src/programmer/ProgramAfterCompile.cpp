@@ -20,11 +20,11 @@ std::optional<std::filesystem::file_time_type> modified(const QString& path) {
 std::optional<QString> notProgrammedReason(const CompileResult& r) {
     const QString no = QStringLiteral("Not programmed: ");
     if (r.errorLine)
-        return no + QStringLiteral("the compiler's output has an error line.");
+        return no + QStringLiteral("the output has an error line.");
     if (!r.exitStatus)
         return no + QStringLiteral("the compiler left no exit status.");
     if (*r.exitStatus != 0)
-        return no + QStringLiteral("the compiler ended with exit status %1.").arg(*r.exitStatus);
+        return no + QStringLiteral("the compiler's exit status is %1.").arg(*r.exitStatus);
     const auto hex = modified(r.hexFile);
     if (!hex)
         return no + QStringLiteral("there is no hex file %1.").arg(r.hexFile);

@@ -26,8 +26,8 @@ TEST(CompileAndProgram, ProgramsOnlyAfterACleanCompileWithAFreshHexAndSaysWhyNot
     const QString no = "Not programmed: ";
     const Case cases[] = {
         {"error line", "echo 'ERROR Line 2: Bad expression.'\n", true, 0, false,
-         no + "the compiler's output has an error line."},
-        {"exit status", "", true, 2, false, no + "the compiler ended with exit status 2."},
+         no + "the output has an error line."},
+        {"exit status", "", true, 2, false, no + "the compiler's exit status is 2."},
         {"no hex", "", false, 0, false, no + "there is no hex file %1."},
         {"old hex", "", false, 0, true, no + "the hex file %1 is older than the source."},
         {"good", "echo 'WARNING Line 1: Unused.'\n", true, 0, true, ""},

@@ -29,10 +29,10 @@ TEST(ProgramAfterCompile, TheFirstReasonNotToProgramIsSaid) {
     const Case cases[] = {
         {"good", false, 0, 5, ""},
         {"same stamp", false, 0, 0, ""},
-        {"error line first", true, 2, std::nullopt, no + "the compiler's output has an error line."},
-        {"error line, status 0", true, 0, 5, no + "the compiler's output has an error line."},
+        {"error line first", true, 2, std::nullopt, no + "the output has an error line."},
+        {"error line, status 0", true, 0, 5, no + "the output has an error line."},
         {"no status", false, std::nullopt, 5, no + "the compiler left no exit status."},
-        {"status", false, 3, 5, no + "the compiler ended with exit status 3."},
+        {"status", false, 3, 5, no + "the compiler's exit status is 3."},
         {"no hex", false, 0, std::nullopt, no + "there is no hex file " + hex + "."},
         {"older hex", false, 0, -1, no + "the hex file " + hex + " is older than the source."},
     };
