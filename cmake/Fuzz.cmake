@@ -10,6 +10,8 @@ set(_qb_fuzz_lib_settings qb_core)
 set(_qb_fuzz_lib_loader qb_document)
 set(_qb_fuzz_lib_textformat qb_document)
 set(_qb_fuzz_lib_compilescript qb_compile)
+set(_qb_fuzz_lib_messages qb_compile)
+set(_qb_fuzz_lib_asmtags qb_compile)
 set(_qb_fuzz_lib_handover qb_platform)
 file(GLOB _qb_fuzz_srcs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/tests/fuzz/*.cpp)
 

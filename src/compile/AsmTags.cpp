@@ -15,8 +15,9 @@ QString nameOf(QByteArrayView bytes) {
     return utf8.hasError() ? QString::fromLatin1(bytes) : name;
 }
 
-// "; FILE<tab>00012<tab>..." : the file and the line; the statement behind may be empty.
-bool readTag(QByteArrayView line, AsmTag& tag) {
+// "; FILE<tab>00012<tab>..." : the file and the line; the statement behind may be empty. The tags of
+// one file name it thousands of times: a name like the last one shares its text.
+bool readTag(QByteArrayView line, AsmTag& tag, QByteArrayView& lastName, QString& lastFile) {
     qsizetype i = 0;
     while (i < line.size() && (line[i] == ' ' || line[i] == '\t'))
         ++i;
@@ -34,18 +35,22 @@ bool readTag(QByteArrayView line, AsmTag& tag) {
         n = n * 10 + (line[d++] - '0');
     if (d == tab + 1 || (d < line.size() && line[d] != '\t'))
         return false;
-    const QByteArrayView file = line.sliced(i, tab - i);
-    if (file.trimmed().isEmpty())
-        return false;
-    tag.file = nameOf(file.trimmed());
+    const QByteArrayView name = line.sliced(i, tab - i);
+    if (name != lastName) {
+        lastName = name;
+        lastFile = nameOf(name).trimmed();
+    }
+    tag.file = lastFile;
     tag.line = n;
-    return true;
+    return !tag.file.isEmpty();
 }
 
 }  // namespace
 
 std::vector<AsmTag> readAsmTags(QByteArrayView text) {
     std::vector<AsmTag> tags;
+    QByteArrayView lastName;
+    QString lastFile;
     int lineNumber = 1;
     for (qsizetype start = 0; start < text.size(); ++lineNumber) {
         qsizetype end = text.indexOf('\n', start);
@@ -55,7 +60,7 @@ std::vector<AsmTag> readAsmTags(QByteArrayView text) {
         if (line.endsWith('\r'))
             line.chop(1);
         AsmTag tag;
-        if (readTag(line, tag)) {
+        if (readTag(line, tag, lastName, lastFile)) {
             tag.asmLine = lineNumber;
             tags.push_back(std::move(tag));
         }

@@ -43,8 +43,10 @@ struct Word {
 
 // The word at s[i] among words, moving i past it.
 std::optional<Severity> wordAt(QStringView s, qsizetype& i, std::initializer_list<Word> words) {
+    if (i >= s.size())
+        return std::nullopt;
     for (const Word& w : words)
-        if (startsWithAt(s, i, w.text)) {
+        if (s[i] == QLatin1Char(w.text.front()) && startsWithAt(s, i, w.text)) {
             i += w.text.size();
             return w.severity;
         }
@@ -68,7 +70,17 @@ std::optional<int> codeAt(QStringView s, qsizetype& i) {
 }
 
 QString withCode(int code, QStringView text) {
-    return QLatin1Char('[') + QString::number(code) + QStringLiteral("] ") + text.trimmed().toString();
+    text = text.trimmed();
+    QString out;
+    out.reserve(text.size() + 13);
+    out += QLatin1Char('[');
+    out += QString::number(code);
+    out += QLatin1Char(']');
+    if (!text.isEmpty()) {
+        out += QLatin1Char(' ');
+        out += text;
+    }
+    return out;
 }
 
 // "FILE 47 :" at the start of rest, the file holding blanks or not: the file, the line and the text behind.
@@ -100,7 +112,7 @@ std::optional<qsizetype> fileInBracketsAt(QStringView text) {
     const qsizetype open = text.lastIndexOf(QLatin1Char('('));
     if (open < 0 || (open > 0 && !isBlank(text[open - 1])))
         return std::nullopt;
-    const QStringView name = text.sliced(open + 1).chopped(1);
+    const QStringView name = text.sliced(open + 1).chopped(1).trimmed();
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
     const QStringView ext = dot > 0 ? name.sliced(dot + 1) : QStringView();
     if (ext.isEmpty() || ext.size() > 4 || !ext[0].isLetter() || name.contains(QLatin1Char(')')))
@@ -117,7 +129,7 @@ OutputMessage basicMessage(Severity severity, int line, QStringView text) {
     m.message.line = line;
     text = text.trimmed();
     if (const auto open = fileInBracketsAt(text)) {
-        m.message.file = text.sliced(*open + 1).chopped(1).toString();
+        m.message.file = text.sliced(*open + 1).chopped(1).trimmed().toString();
         text = text.first(*open).trimmed();
     }
     m.message.text = text.toString();
@@ -243,8 +255,10 @@ std::optional<OutputMessage> parseMessageLine(QStringView line) {
     const QStringView s = line.trimmed();
     if (s.size() < 2)
         return std::nullopt;
-    if (auto m = severityFirstLine(s))
-        return m;
+    // Every severity word starts with one of these.
+    if (const char16_t c = s[0].unicode(); c == u'E' || c == u'W' || c == u'M' || c == u'F')
+        if (auto m = severityFirstLine(s))
+            return m;
     return gpasmLine(s);
 }
 
@@ -253,7 +267,7 @@ std::vector<OutputMessage> parseOutputMessages(QStringView output) {
     int lineNumber = 0;
     for (qsizetype start = 0; start < output.size();) {
         qsizetype end = start;
-        while (end < output.size() && output[end] != QLatin1Char('\n') && output[end] != QLatin1Char('\r'))
+        for (const QChar* c = output.data() + start; end < output.size() && *c != u'\n' && *c != u'\r'; ++c)
             ++end;
         if (auto m = parseMessageLine(output.sliced(start, end - start))) {
             m->message.outputLine = lineNumber;

@@ -17,24 +17,16 @@ struct Expected {
     bool fromAssembler;
 };
 
-std::string describe(const std::optional<OutputMessage>& m) {
-    if (!m)
-        return "no message";
-    return QStringLiteral("%1 [%2]:%3 \"%4\" asm=%5")
-        .arg(int(m->message.severity))
-        .arg(m->message.file)
-        .arg(m->message.line)
-        .arg(m->message.text)
-        .arg(m->fromAssembler)
-        .toStdString();
-}
-
 }  // namespace
 
 void PrintTo(const AsmTag& t, std::ostream* os) { *os << t.asmLine << ": " << t.file.toStdString() << " " << t.line; }
 void PrintTo(const CompileMessage& m, std::ostream* os) {
     *os << int(m.severity) << " " << m.file.toStdString() << ":" << m.line << " \"" << m.text.toStdString() << "\" @"
         << m.outputLine << " asm " << m.asmFile.toStdString() << ":" << m.asmLine;
+}
+void PrintTo(const OutputMessage& m, std::ostream* os) {
+    PrintTo(m.message, os);
+    *os << (m.fromAssembler ? " (assembler)" : "");
 }
 
 TEST(CompileMessages, EachFormatGivesItsSeverityFileLineAndText) {
@@ -75,10 +67,8 @@ TEST(CompileMessages, EachFormatGivesItsSeverityFileLineAndText) {
         {"C:\\A\\B.ASM:6:Message[302] Register in operand", {S::Note, "C:\\A\\B.ASM", 6, "[302] Register in operand", true}},
     };
     for (const auto& [line, e] : lines) {
-        const auto m = parseMessageLine(QString::fromUtf8(line));
-        ASSERT_TRUE(m) << line;
         const OutputMessage want{{e.severity, e.file, e.line, e.text, 0, {}, 0}, e.fromAssembler};
-        EXPECT_EQ(*m, want) << line << "\n  got " << describe(m);
+        EXPECT_EQ(parseMessageLine(QString::fromUtf8(line)), want) << line;
     }
 }
 
@@ -92,7 +82,7 @@ TEST(CompileMessages, OtherLinesAreNoMessages) {
         "wine: could not load kernel32.dll", "exit status 1", "Fatal", "FATALITY: none",
     };
     for (const char* line : plain)
-        EXPECT_EQ(describe(parseMessageLine(QString::fromUtf8(line))), "no message") << line;
+        EXPECT_EQ(parseMessageLine(QString::fromUtf8(line)), std::nullopt) << line;
 }
 
 TEST(CompileMessages, OutputLinesAreCountedAcrossCrlfLfAndCr) {

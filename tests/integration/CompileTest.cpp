@@ -33,10 +33,12 @@ TEST(Compile, GoodSourceWithRealGpasmWritesItsHexAndCountsDown) {
     EXPECT_TRUE(t.w.prompts.boxes.empty());
 }
 
-TEST(Compile, AnErrorLineFromRealGpasmKeepsTheScreen) {
+TEST(Compile, AnErrorLineFromRealGpasmKeepsTheScreenAndItsMessagesLeadToTheAsmLines) {
     if (!QFileInfo::exists(kGpasm))
         GTEST_SKIP() << "gpasm is not installed";
-    CompileFrame t("\torg 0\n\tgoto nowhere\n\tend\n", kGpasm);
+    CompileFrame t("\tlist p=16f84a\n\torg 0\n\tgoto nowhere\n\tmovwf 0x100\n\tbanksel 0x80\n\tmovwf 0x85\n"
+                   "\tbogus x\n\tend\n",
+                   kGpasm);
     t.click(ToolId::Compile);
     ASSERT_TRUE(t.waitAndTick());
     EXPECT_EQ(t.screen().windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
@@ -46,6 +48,18 @@ TEST(Compile, AnErrorLineFromRealGpasmKeepsTheScreen) {
     EXPECT_TRUE(t.run().hasErrorLine() && t.run().failed());
     EXPECT_EQ(t.run().exitStatus(), 1);
     EXPECT_TRUE(t.screen().CompilerOutput->Text().endsWith("\nexit status 1\n"));
+    // The device the compile hands over supersedes the source's: a warning at line 1.
+    using S = CompileMessage::Severity;
+    std::vector<std::pair<S, int>> places;
+    for (const CompileMessage& m : t.run().messages()) {
+        places.push_back({m.severity, m.line});
+        EXPECT_EQ(m.file, t.w.file("my 'led' work/blink.asm"));
+        EXPECT_TRUE(m.asmFile.isEmpty());
+        EXPECT_TRUE(t.run().outputLines().value(m.outputLine).endsWith(m.text.mid(m.text.indexOf(' ') + 1)));
+    }
+    EXPECT_EQ(places, (std::vector<std::pair<S, int>>{
+                          {S::Warning, 1}, {S::Error, 3}, {S::Warning, 4}, {S::Note, 6}, {S::Error, 7}}));
+    EXPECT_EQ(t.run().messages().at(1).text, "[113] Symbol not previously defined: \"nowhere\"");
 }
 
 TEST(Compile, ACompilerThatFailsWithoutAnErrorLineKeepsTheScreenAndSaysItsStatus) {
