@@ -157,8 +157,9 @@ void CompilerScreen::setSession(CompileSession* session) {
 }
 
 void CompilerScreen::Session_Ended() {
+    // A screen that the user closed during the compile gave way to a new one, which shows the messages.
     CompileSession* s = session_;
-    if (!s || s->outcome() != CompileSession::Outcome::OutputFound)
+    if (!s || s->screen() != this || s->outcome() != CompileSession::Outcome::OutputFound)
         return;
     showMessages(s->document().frame(), s->messages(), s->document().View->document().PathName());
 }
@@ -194,13 +195,11 @@ bool CompilerScreen::goToMessage(int index) {
     // Selected from its end back to its start, so that a long line shows its start.
     out.SetSel(out.document().GetLineLength(m.outputLine), m.outputLine, 0, m.outputLine);
     const QString path = messageFilePath(m, source_);
-    frmEditor* doc = frame_->editors().find(path);
-    if (!doc) {
-        if (!QFileInfo(path).isFile()) {
-            globals().prompts->message(QStringLiteral("File Not Found: ") + path, QString(), Icon::None, Buttons::Ok);
-            return false;
-        }
+    if (!frame_->editors().find(path) && !QFileInfo(path).isFile()) {
+        globals().prompts->message(QStringLiteral("File Not Found: ") + path, QString(), Icon::None, Buttons::Ok);
+        return false;
     }
+    frmEditor* doc = nullptr;
     try {
         doc = &frame_->editors().show(path, false);
     } catch (const Failure& f) {
