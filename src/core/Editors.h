@@ -22,6 +22,10 @@ public:
     virtual frmEditor* active() const = 0;
     // Every document in the order it was made, a document still being made included.
     virtual QList<frmEditor*> all() const = 0;
+    // The document of a path brought to the front, made first when it isn't open: as open() of the frame's
+    // registry, missingIsEmpty giving an empty document for a path that doesn't exist. Throws Failure when
+    // the file can't be read; then no document is made.
+    virtual frmEditor& show(const QString& path, bool missingIsEmpty) = 0;
     // miDocCount: raised as a document window is made, before its file is read; lowered when it closes or
     // its making is refused.
     qint16 count() const { return qint16(all().size()); }

@@ -5,7 +5,7 @@
 std::vector<std::pair<const char*, bool>> toolStates(const ToolState& s) {
     const bool on = s.documents;
     std::vector<std::pair<const char*, bool>> out;
-    out.reserve(25);
+    out.reserve(28);
     for (const char* id : {ToolId::Close, ToolId::Print, ToolId::Save, ToolId::SaveAs})
         out.emplace_back(id, on);
     out.emplace_back(ToolId::Cut, on && s.selection.value_or(true));
@@ -21,6 +21,9 @@ std::vector<std::pair<const char*, bool>> toolStates(const ToolState& s) {
     for (const char* id : {ToolId::NoMargin, ToolId::FixedMargin, ToolId::ScrollingMargin})
         out.emplace_back(id, on);
     out.emplace_back(ToolId::Compile, on && !s.compiling);
+    out.emplace_back(ToolId::CompileAndProgram, on && !s.compiling);
+    out.emplace_back(ToolId::NextMessage, s.messages);
+    out.emplace_back(ToolId::PreviousMessage, s.messages);
     for (const char* id : {ToolId::Device, ToolId::GotoLabel})
         out.emplace_back(id, on);
     if (s.tokenColor)

@@ -17,6 +17,8 @@ struct ToolState {
     std::optional<bool> tokenColor;
     // The active document's compile still runs: two compilers must not write one hex file at once.
     bool compiling = false;
+    // An output screen shows messages to step through.
+    bool messages = false;
 
     bool operator==(const ToolState&) const = default;
 };

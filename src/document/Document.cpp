@@ -70,6 +70,7 @@ void Document::setAllText(const QByteArray& utf8) {
     endRun();
     const bool readOnly = sci().isReadOnly();
     sci().setReadOnly(false);
+    view_.clearLineTags();
     // The loaded text is no step to undo, and recording it would hold a second copy of a large file.
     sci().SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 0L);
     sci().SendScintilla(Sci::SCI_SETTEXT, uintptr_t(0), utf8.constData());

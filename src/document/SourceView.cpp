@@ -19,8 +19,8 @@ namespace {
 constexpr double kFontPoints = 9.75;
 // Outdent takes a tab or up to four blanks as one step, so a tab is four columns wide.
 constexpr int kTabColumns = 4;
-// QScintilla's margins: the line numbers, the strip, and one more that stays hidden.
-constexpr int kNumberMargin = 0, kStripMargin = 1, kMargins = 3;
+// QScintilla's margins: the line numbers, the strip, and the output's tags.
+constexpr int kNumberMargin = 0, kStripMargin = 1, kTagMargin = 2, kMargins = 3;
 // The strip's width, the one the document window's own margin test uses.
 constexpr int kStripPixels = 20;
 
@@ -89,6 +89,7 @@ void SourceView::Impl::applyLook() {
             e.SendScintilla(Sci::SCI_STYLECLEARALL);
             plainSent = now;
             sent.reset();  // the paper went to the default style too
+            defineToneStyles();
         }
     }
     // The default style paints where no text is: below the last line and right of the line ends.
@@ -132,6 +133,10 @@ void SourceView::Impl::applyMargins() {
         e.setMarginSensitivity(kStripMargin, false);  // Scintilla then selects the line on a click
         e.setMarginWidth(kStripMargin, kStripPixels);
     }
+    if (tagStrip) {
+        e.setMarginType(kTagMargin, QsciScintilla::TextMargin);
+        e.setMarginWidth(kTagMargin, QStringLiteral("warning  "));
+    }
 }
 
 SourceView::SourceView(QWidget* parent, bool plainText)
@@ -165,6 +170,7 @@ SourceView::SourceView(QWidget* parent, bool plainText)
     e.SendScintilla(Sci::SCI_SETMODEVENTMASK, long(Sci::SC_MOD_BEFOREINSERT | Sci::SC_MOD_BEFOREDELETE));
     d->textChanging = connect(&e, &QsciScintillaBase::SCN_MODIFIED, this,
                               [this](int pos, int type, const char* text, int length) {
+                                  d->guardMessageMark(pos, type, length);
                                   d->textAboutToChange(pos, type, text, length);
                               });
     // Scintilla tells of caret moves when it repaints; the input handlers tell sooner.
@@ -252,6 +258,7 @@ QString SourceView::Text() const { return editor_->text(); }
 void SourceView::SetText(const QString& t) {
     const bool ro = editor_->isReadOnly();
     editor_->setReadOnly(false);
+    clearLineTags();
     editor_->setText(t);
     editor_->setReadOnly(ro);
     checkCaretMoved();

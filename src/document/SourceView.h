@@ -8,6 +8,7 @@
 #include <QString>
 #include <QWidget>
 #include <memory>
+#include <optional>
 
 class Document;
 class Language;
@@ -19,6 +20,9 @@ class QsciPrinter;
 
 // 0 no margin, 1 a fixed strip, 2 line numbers in front of it.
 enum class MarginStyle { None = 0, Fixed = 1, Scrolling = 2 };
+
+// How a line that a compiler message names is shown: its mark in a document's strip, its tag in the output.
+enum class LineTone { Error, Warning, Note };
 
 // The command numbers the system sends to ExecuteCommand; any other number is one of the control's own.
 namespace EditCommand {
@@ -97,6 +101,25 @@ public:
     void checkCaretMoved();
     // Delivers CaretMove for where the caret is, moved or not.
     void tellCaret();
+    // The user can't change the text; loads and SetText still replace it.
+    void setReadOnly(bool readOnly);
+
+    // The line a compiler message led to, marked in the strip until that line is edited or the mark is
+    // cleared. One mark per view: a new one replaces the old.
+    void markMessageLine(int line, LineTone tone);
+    void clearMessageMark();
+    // The marked line as it is now, after edits above it; -1 without a mark.
+    int messageMarkLine() const;
+
+    // The tags of a plain view's lines (the compiler's output): a word in a strip in front of the line, the
+    // line's text in the tone's colour, and a note under the line. A new text clears them.
+    void setLineTag(int line, const QString& tag, LineTone tone);
+    void setLineNote(int line, const QString& note);
+    void clearLineTags();
+    QString lineTag(int line) const;
+    // The tone of a tagged line; none for a line without a tag.
+    std::optional<LineTone> lineTone(int line) const;
+    QString lineNote(int line) const;
 
 signals:
     void CaretMove(int x, int y);
@@ -107,6 +130,7 @@ signals:
     void LinesChanged(int first, int last);
     // The text changed, by typing or any other edit: once per operation, after it is done.
     void TextEdited();
+    void MouseDown(int buttons, int shift, int x, int y);
     void MouseMove(int buttons, int shift, int x, int y);
     void MouseUp(int buttons, int shift, int x, int y);
     // The document's Modified went from false to true or back (an edit, a save, undo to the saved text).

@@ -67,4 +67,12 @@ struct SourceView::Impl {
     // For the length of a print: the print table's colours on white paper.
     void applyPrintLook();
     void applyMargins();
+
+    // The message mark's handle, -1 without one; the tag strip is shown while a line has a tag.
+    int messageMark = -1;
+    bool tagStrip = false;
+    // The tags' styles, which a reset of the plain view's styles takes away.
+    void defineToneStyles();
+    // Takes the message mark away when a change about to happen touches its line.
+    void guardMessageMark(long pos, int type, int length);
 };

@@ -38,6 +38,8 @@ void SourceViewEditor::keyPressEvent(QKeyEvent* e) {
         view_.ExecuteCommand(EditCommand::GotoLine);
     else if (mods == 0 && e->key() == Qt::Key_F3)
         view_.FindNext();
+    else if (isReadOnly() && (e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter))
+        ;  // nothing to break: the key is the KeyDown handler's, and the selection stays
     else
         QsciScintilla::keyPressEvent(e);
     if (self)
@@ -53,7 +55,12 @@ void SourceViewEditor::keyReleaseEvent(QKeyEvent* e) {
 
 void SourceViewEditor::mousePressEvent(QMouseEvent* e) {
     QsciScintilla::mousePressEvent(e);
+    QPointer<SourceView> self(&view_);
     view_.checkCaretMoved();
+    if (!self)
+        return;
+    const QPoint p = clientPoint(e);
+    emit view_.MouseDown(mouseButtons(e->button()), shiftState(e->modifiers()), p.x(), p.y());
 }
 
 void SourceViewEditor::mouseMoveEvent(QMouseEvent* e) {

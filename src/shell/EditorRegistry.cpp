@@ -64,6 +64,15 @@ frmEditor& EditorRegistry::open(const QString& path, bool missingIsEmpty, qsizet
     return *doc;
 }
 
+frmEditor& EditorRegistry::show(const QString& path, bool missingIsEmpty) {
+    frmEditor* doc = find(path);
+    if (!doc)
+        return open(path, missingIsEmpty);
+    if (doc->subWindow())
+        area_.setActiveSubWindow(doc->subWindow());
+    return *doc;
+}
+
 void EditorRegistry::add(frmEditor& doc, qsizetype position) {
     docs_.insert(position >= 0 && position <= docs_.size() ? position : docs_.size(), &doc);
     frmEditor* d = &doc;

@@ -21,6 +21,7 @@ public:
     // position: its place among the documents (from 0), -1 for the end.
     frmEditor& open(const QString& path, bool missingIsEmpty, qsizetype position = -1);
 
+    frmEditor& show(const QString& path, bool missingIsEmpty) override;
     frmEditor* find(const QString& path) const override;
     frmEditor* titled(const QString& title) const override;
     frmEditor* active() const override;

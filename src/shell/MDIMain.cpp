@@ -1,6 +1,7 @@
 #include "shell/MDIMain.h"
 
 #include "compile/CompileSession.h"
+#include "compile/CompilerScreen.h"
 #include "dialogs/MyAbout.h"
 #include "dialogs/frmGotoLine.h"
 #include "document/Document.h"
@@ -271,15 +272,9 @@ void MDIMain::takeHandOver(const QStringList& files) {
         handedOverEarly_ << files;
         return;
     }
-    for (const QString& path : files) {
-        if (frmEditor* doc = editors_->find(path)) {
-            if (doc->subWindow())
-                mdi_->setActiveSubWindow(doc->subWindow());
-            continue;
-        }
-        // As a file named at start: one that doesn't exist yet is an empty document of that name.
-        createCountedDocument(path, true);
-    }
+    // As a file named at start: one that doesn't exist yet is an empty document of that name.
+    for (const QString& path : files)
+        makeCounted([&] { editors_->show(absolutePath(path), true); });
     comeForward();
 }
 
@@ -334,8 +329,12 @@ void MDIMain::placeFrame() {
 }
 
 bool MDIMain::createCountedDocument(const QString& path, bool missingIsEmpty) {
+    return makeCounted([&] { createDocument(path, missingIsEmpty); });
+}
+
+bool MDIMain::makeCounted(const std::function<void()>& making) {
     try {
-        createDocument(path, missingIsEmpty);
+        making();
         return true;
     } catch (const Failure& f) {
         // The window is gone again, and so is the count it took; the tools and the label follow.
@@ -457,6 +456,7 @@ void MDIMain::EnableTools() {
     if (const frmEditor* doc = editors_->active())
         if (const CompileSession* compile = CompileSession::of(*doc))
             state.compiling = compile->running();
+    state.messages = CompilerScreen::withMessages() != nullptr;
     // Runs on every caret move: the tools are written only when something they follow changed.
     if (toolState_ == state)
         return;

@@ -139,6 +139,8 @@ private:
     // Creates a document. A refused creation leaves the count as it was, puts the tools out when no
     // document is left, rewrites the files label and reports the refusal once: false then.
     bool createCountedDocument(const QString& path, bool missingIsEmpty);
+    // The same for any making of a document: a refusal is reported once, false then.
+    bool makeCounted(const std::function<void()>& making);
     // A window for a document recovered after a crash; null when none could be made.
     frmEditor* openRecovered(const QString& path);
     bool openDocument();

@@ -1,8 +1,11 @@
 // The frame's command handler: every tool click arrives here and runs its command.
 #include "compile/CompileSession.h"
+#include "compile/CompilerScreen.h"
 #include "compile/frmCompile.h"
 #include "dialogs/MyAbout.h"
+#include "programmer/ProgramAfterCompile.h"
 #include "programmer/ProgrammerRun.h"
+#include "programmer/ProgrammerTemplate.h"
 #include "programmer/frmProgrammer.h"
 #include "document/Document.h"
 #include "document/EditorColors.h"
@@ -26,6 +29,7 @@
 #include <QHash>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -41,6 +45,27 @@ const QString kSaveAsFilter = QStringLiteral(
 
 void message(const QString& text, Icon icon = Icon::None, const QString& title = {}) {
     globals().prompts->message(text, title, icon, Buttons::Ok);
+}
+
+// Compile and Program, once the compile has ended: the programmer starts as Launch Programmer starts it,
+// or the output screen says why it doesn't. A compile that timed out said so itself; one that a new
+// compile ended has nothing to say.
+void programAfterCompile(CompileSession& compile) {
+    if (compile.outcome() != CompileSession::Outcome::OutputFound)
+        return;
+    frmEditor& doc = compile.document();
+    const QString source = doc.View->document().PathName();
+    const auto reason = notProgrammedReason(
+        {.errorLine = compile.hasErrorLine(), .exitStatus = compile.exitStatus(), .source = source,
+         .hexFile = hexFileName(source)});
+    if (!reason) {
+        GoProgram(doc);
+        return;
+    }
+    if (CompilerScreen* screen = compile.screen())
+        screen->tell(*reason);
+    else
+        message(*reason, Icon::Exclamation);
 }
 
 }  // namespace
@@ -120,6 +145,19 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
             f.arrange(mode);
             return true;
         };
+    };
+    auto compileActive = [](M& f) -> CompileSession& {
+        frmEditor& doc = f.active();
+        // The compiler sees what is on the screen; a failed save starts no compile.
+        doc.View->document().SaveFile(doc.View->document().PathName());
+        // The lines the last compile's messages led to are marked until this one.
+        for (frmEditor* d : f.editors_->all())
+            d->View->clearMessageMark();
+        CompileSession& compile = CompileSession::start(doc);
+        // The Compile tool rests while this document's compile runs.
+        QObject::connect(&compile, &CompileSession::ended, &f, [&f] { f.EnableTools(); });
+        f.EnableTools();
+        return compile;
     };
     static const QHash<QString, Command> table = {
         {ToolId::New, &M::newDocument},
@@ -223,14 +261,30 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
              return true;
          }},
         {ToolId::Compile,
-         [](M& f) {
-             frmEditor& doc = f.active();
-             // The compiler sees what is on the screen; a failed save starts no compile.
-             doc.View->document().SaveFile(doc.View->document().PathName());
-             CompileSession& compile = CompileSession::start(doc);
-             // The Compile tool rests while this document's compile runs.
-             QObject::connect(&compile, &CompileSession::ended, &f, [&f] { f.EnableTools(); });
-             f.EnableTools();
+         [compileActive](M& f) {
+             compileActive(f);
+             return true;
+         }},
+        {ToolId::CompileAndProgram,
+         [compileActive](M& f) {
+             CompileSession& compile = compileActive(f);
+             QPointer<CompileSession> session(&compile);
+             QObject::connect(&compile, &CompileSession::ended, &f, [session] {
+                 if (session)
+                     programAfterCompile(*session);
+             });
+             return true;
+         }},
+        {ToolId::NextMessage,
+         [](M&) {
+             if (CompilerScreen* screen = CompilerScreen::withMessages())
+                 screen->stepMessage(true);
+             return true;
+         }},
+        {ToolId::PreviousMessage,
+         [](M&) {
+             if (CompilerScreen* screen = CompilerScreen::withMessages())
+                 screen->stepMessage(false);
              return true;
          }},
         {ToolId::CompilerOptions,

@@ -92,7 +92,7 @@ TEST(EnableTools, OneRedrawBracketNoDocumentStatesAndUndoInputs) {
     EnableTools(a.bars, documents(true, true, false));
     a.bars.removeObserver(&r);
     // Held throughout; the undo tools come after the outdent tool and ahead of the margins, undo first.
-    ASSERT_EQ(r.events.size(), 26);
+    ASSERT_EQ(r.events.size(), 29);
     EXPECT_EQ(r.events.front() + r.events.back(), "holdredraw");
     EXPECT_EQ(r.events.mid(16, 4), QStringList({"ID_Outdent=on", "ID_Undo=on", "ID_Redo=off", "ID_NoMargin=on"}));
     EXPECT_TRUE(r.events.filter("!").isEmpty());
@@ -116,8 +116,8 @@ TEST(EnableTools, OneRedrawBracketNoDocumentStatesAndUndoInputs) {
             << place->ID().toStdString();
     EXPECT_TRUE(a.tool(ToolId::GotoLine).Enabled() && a.tool(ToolId::SelectionTextForegroundColor).Enabled());
 
-    // Against the state before, only what differs is written: a compile's start turns Compile off alone, with
-    // the bar painted at once; a selection turns on Cut and Copy in one held burst.
+    // Against the state before, only what differs is written: a compile's start turns the two compile tools
+    // off, a selection Cut and Copy on, each in one held burst; a lone change paints at once.
     ToolState before = documents(true, true, false), now = before;
     EnableTools(a.bars, before);
     now.compiling = true;
@@ -129,8 +129,14 @@ TEST(EnableTools, OneRedrawBracketNoDocumentStatesAndUndoInputs) {
     now.selection = true;
     before.selection = false;
     EnableTools(a.bars, now, &before);
+    // A single change is written with the bar painted at once.
+    before = now;
+    before.tokenColor = false;
+    now.tokenColor = true;
+    EnableTools(a.bars, now, &before);
     a.bars.removeObserver(&changes);
-    EXPECT_EQ(changes.events, QStringList({"ID_Compile=off!", "hold", "ID_Cut=on", "ID_Copy=on", "redraw"}));
+    EXPECT_EQ(changes.events, QStringList({"hold", "ID_Compile=off", "ID_CompileAndProgram=off", "redraw", "hold",
+                                           "ID_Cut=on", "ID_Copy=on", "redraw", "ID_TokenColor=on!"}));
 }
 
 TEST(ToolBars, MenuClicksTheMarginRadioGroupAndComboCloseUp) {

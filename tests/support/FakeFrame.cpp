@@ -9,6 +9,8 @@
 
 #include <QDialog>
 
+#include <cerrno>
+
 FakeFrame::FakeFrame() : dialog(globals().prompts) {
     // The frame is the first loaded window, the owner of the output screen.
     globals().loadedWindows.insert(globals().loadedWindows.begin(), &window);
@@ -67,3 +69,11 @@ frmEditor* FakeEditors::titled(const QString& title) const {
 }
 
 frmEditor* FakeEditors::active() const { return chosen ? chosen : docs_.isEmpty() ? nullptr : docs_.last(); }
+
+frmEditor& FakeEditors::show(const QString& path, bool) {
+    frmEditor* doc = find(path);
+    if (!doc)
+        throw osFailure(ENOENT, path);
+    chosen = doc;
+    return *doc;
+}

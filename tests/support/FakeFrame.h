@@ -18,6 +18,8 @@ public:
     void add(frmEditor& doc);
     frmEditor* chosen = nullptr;
 
+    // An open document becomes the chosen one; any other path is a file that can't be read.
+    frmEditor& show(const QString& path, bool missingIsEmpty) override;
     frmEditor* find(const QString& path) const override;
     frmEditor* titled(const QString& title) const override;
     frmEditor* active() const override;
