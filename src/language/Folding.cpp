@@ -29,7 +29,7 @@ private:
     void foldLine(int index, QStringView line) {
         if (inside_ != Block::None) {
             // Assembly and configuration text: only its closing word counts.
-            if (sameWord(firstWord(line), inside_ == Block::Asm ? "ENDASM" : "#ENDCONFIG")) {
+            if (firstKey(line) == (inside_ == Block::Asm ? Key::EndAsm : Key::EndConfig)) {
                 close(inside_, index);
                 inside_ = Block::None;
             }
@@ -40,40 +40,61 @@ private:
         while (lex.next(pieces_)) {
             const bool label = isLabel(lex, pieces_, first);
             first = false;
-            if (label || pieces_.isEmpty() || pieces_[0].kind != Kind::Word)
+            if (label || pieces_.empty())
                 continue;
-            const QStringView w0 = lex.text(pieces_[0]);
-            const QStringView w1 = pieces_.size() > 1 && pieces_[1].kind == Kind::Word ? lex.text(pieces_[1]) : QStringView();
-            if (sameWord(w0, "IF")) {
+            const Key second = pieces_.size() > 1 ? pieces_[1].key : Key::None;
+            switch (pieces_[0].key) {
+            case Key::If:
                 // Only an IF whose statement ends at THEN has a block below it.
-                if (sameWord(lex.text(pieces_.back()), "THEN"))
+                if (pieces_.back().key == Key::Then)
                     open(Block::If, index);
-            } else if (sameWord(w0, "FOR")) {
+                break;
+            case Key::For:
                 open(Block::For, index);
-            } else if (sameWord(w0, "WHILE")) {
+                break;
+            case Key::While:
                 open(Block::While, index);
-            } else if (sameWord(w0, "DO")) {
+                break;
+            case Key::Do:
                 open(Block::Do, index);
-            } else if (sameWord(w0, "REPEAT")) {
+                break;
+            case Key::Repeat:
                 open(Block::Repeat, index);
-            } else if (sameWord(w0, "SELECT")) {
+                break;
+            case Key::Select:
                 open(Block::Select, index);
-            } else if (sameWord(w0, "ENDIF") || (sameWord(w0, "END") && sameWord(w1, "IF"))) {
+                break;
+            case Key::EndIf:
                 close(Block::If, index);
-            } else if (sameWord(w0, "NEXT")) {
+                break;
+            case Key::End:  // END IF, END SELECT; END alone ends the program
+                if (second == Key::If)
+                    close(Block::If, index);
+                else if (second == Key::Select)
+                    close(Block::Select, index);
+                break;
+            case Key::Next:
                 close(Block::For, index);
-            } else if (sameWord(w0, "WEND")) {
+                break;
+            case Key::Wend:
                 close(Block::While, index);
-            } else if (sameWord(w0, "LOOP")) {
+                break;
+            case Key::Loop:
                 close(Block::Do, index);
-            } else if (sameWord(w0, "UNTIL")) {
+                break;
+            case Key::Until:
                 close(Block::Repeat, index);
-            } else if (sameWord(w0, "ENDSELECT") || (sameWord(w0, "END") && sameWord(w1, "SELECT"))) {
+                break;
+            case Key::EndSelect:
                 close(Block::Select, index);
-            } else if (sameWord(w0, "ASM") || sameWord(w0, "#CONFIG")) {
-                inside_ = sameWord(w0, "ASM") ? Block::Asm : Block::Config;
+                break;
+            case Key::Asm:
+            case Key::Config:
+                inside_ = pieces_[0].key == Key::Asm ? Block::Asm : Block::Config;
                 open(inside_, index);
                 return;
+            default:
+                break;
             }
         }
     }

@@ -9,8 +9,20 @@ using namespace lexer;
 
 namespace {
 
-bool isSize(QStringView w) {
-    return sameWord(w, "BYTE") || sameWord(w, "WORD") || sameWord(w, "BIT") || sameWord(w, "LONG");
+// The size a key names, null for another key.
+QString sizeOf(Key k) {
+    switch (k) {
+    case Key::Bit:
+        return QStringLiteral("BIT");
+    case Key::Byte:
+        return QStringLiteral("BYTE");
+    case Key::Word:
+        return QStringLiteral("WORD");
+    case Key::Long:
+        return QStringLiteral("LONG");
+    default:
+        return {};
+    }
 }
 
 class Scanner {
@@ -28,8 +40,7 @@ private:
 
     void scanLine(int index, QStringView line) {
         if (block_ != Block::None) {
-            const QStringView first = firstWord(line);
-            if (sameWord(first, block_ == Block::Asm ? "ENDASM" : "#ENDCONFIG"))
+            if (firstKey(line) == (block_ == Block::Asm ? Key::EndAsm : Key::EndConfig))
                 block_ = Block::None;
             return;
         }
@@ -38,7 +49,7 @@ private:
         while (lex.next(pieces_)) {
             const bool first = firstStatement;
             firstStatement = false;
-            if (pieces_.isEmpty())
+            if (pieces_.empty())
                 continue;
             // The statement after a label is read as the next one.
             if (isLabel(lex, pieces_, first)) {
@@ -53,21 +64,21 @@ private:
     // False when the rest of the line is no BASIC.
     bool statement(int index, const LineLexer& lex) {
         const Pieces& p = pieces_;
-        auto word = [&](int i) { return i < p.size() && p[i].kind == Kind::Word ? lex.text(p[i]) : QStringView(); };
-        const QStringView w0 = word(0);
-        if (p[0].kind == Kind::Char && lex.text(p[0]) == u"@")
+        const int n = int(p.size());
+        auto word = [&](int i) { return i < n && p[i].kind == Kind::Word ? lex.text(p[i]) : QStringView(); };
+        auto key = [&](int i) { return i < n ? p[i].key : Key::None; };
+        if (lex.is(p[0], u'@'))
             return false;  // a line of assembly
         collectGosubs(lex);
-        if (sameWord(w0, "ASM")) {
+        switch (p[0].key) {
+        case Key::Asm:
             block_ = Block::Asm;
             return false;
-        }
-        if (sameWord(w0, "#CONFIG")) {
+        case Key::Config:
             block_ = Block::Config;
             return false;
-        }
-        if (sameWord(w0, "INCLUDE")) {
-            if (p.size() < 2)
+        case Key::Include: {
+            if (n < 2)
                 return true;
             QStringView file = lex.rest(p[1].start);
             if (p[1].kind == Kind::String) {
@@ -79,33 +90,34 @@ private:
                 add(SymbolKind::Include, file, index);
             return true;
         }
-        if (sameWord(w0, "DEFINE")) {
+        case Key::Define:
             if (const QStringView name = word(1); !name.isEmpty())
                 add(SymbolKind::Define, name, index).value = lex.rest(p[1].end).toString();
             return true;
-        }
-        if (sameWord(w0, "SYMBOL")) {
+        case Key::Symbol:
             if (const QStringView name = word(1); !name.isEmpty()) {
-                const int from = p.size() > 2 && lex.text(p[2]) == u"=" ? p[2].end : p[1].end;
+                const int from = n > 2 && lex.is(p[2], u'=') ? p[2].end : p[1].end;
                 add(SymbolKind::Symbol, name, index).value = lex.rest(from).toString();
             }
             return true;
+        default:
+            break;
         }
+        const QStringView w0 = word(0);
         if (w0.isEmpty() || w0.startsWith(u'#'))
             return true;
-        const QStringView w1 = word(1);
-        if (sameWord(w1, "CON")) {
+        if (key(1) == Key::Con) {
             add(SymbolKind::Constant, w0, index).value = lex.rest(p[1].end).toString();
-        } else if (sameWord(w1, "VAR")) {
-            const QStringView size = word(2);
-            if (p.size() == 2 || isSize(size)) {
+        } else if (key(1) == Key::Var) {
+            const QString size = sizeOf(key(2));
+            if (n == 2 || !size.isNull()) {
                 ProgramSymbol& s = add(SymbolKind::Variable, w0, index);
-                s.size = size.toString().toUpper();
-                if (p.size() > 3 && lex.text(p[3]) == u"[") {
+                s.size = size;
+                if (n > 3 && lex.is(p[3], u'[')) {
                     int close = 4;
-                    while (close < p.size() && lex.text(p[close]) != u"]")
+                    while (close < n && !lex.is(p[close], u']'))
                         ++close;
-                    const int end = close < p.size() ? p[close].start : lex.statementEnd();
+                    const int end = close < n ? p[close].start : lex.statementEnd();
                     s.length = lex.text(p[3].end, end).trimmed().toString();
                 }
             } else {
@@ -118,12 +130,13 @@ private:
     // GOSUB name, and ON x GOSUB a, b, c.
     void collectGosubs(const LineLexer& lex) {
         const Pieces& p = pieces_;
-        for (int i = 0; i < p.size(); ++i) {
-            if (p[i].kind != Kind::Word || !sameWord(lex.text(p[i]), "GOSUB"))
+        const int n = int(p.size());
+        for (int i = 0; i < n; ++i) {
+            if (p[i].key != Key::Gosub)
                 continue;
-            for (int j = i + 1; j < p.size() && p[j].kind == Kind::Word; j += 2) {
+            for (int j = i + 1; j < n && p[j].kind == Kind::Word; j += 2) {
                 gosubs_.insert(lex.text(p[j]).toString().toUpper());
-                if (j + 1 >= p.size() || lex.text(p[j + 1]) != u",")
+                if (j + 1 >= n || !lex.is(p[j + 1], u','))
                     break;
             }
         }

@@ -6,12 +6,75 @@
 #include <QChar>
 #include <QSet>
 #include <algorithm>
+#include <array>
+#include <cstring>
+#include <vector>
 
 namespace lexer {
 
 namespace {
 
-bool isBlank(char16_t c) { return c == u' ' || c == u'\t' || (c > 127 && QChar::isSpace(c)); }
+enum Class : unsigned char { Other, Blank, Letter, Digit, Quote, Comment, Colon, Hash };
+
+constexpr std::array<unsigned char, 128> kClasses = [] {
+    std::array<unsigned char, 128> t{};
+    for (int c = 'a'; c <= 'z'; ++c)
+        t[c] = t[c - 32] = Letter;
+    for (int c = '0'; c <= '9'; ++c)
+        t[c] = Digit;
+    t['_'] = Letter;
+    t[' '] = t['\t'] = Blank;
+    t['"'] = Quote;
+    t['\''] = t[';'] = Comment;
+    t[':'] = Colon;
+    t['#'] = Hash;
+    return t;
+}();
+
+Class classOf(char16_t c) {
+    if (c < 128)
+        return Class(kClasses[c]);
+    if (QChar::isSpace(c))
+        return Blank;
+    return QChar::isLetter(c) ? Letter : QChar::isNumber(c) ? Digit : Other;
+}
+
+struct Keyword {
+    const char* text;
+    Key key;
+};
+
+const Keyword kKeywordList[] = {
+    {"IF", Key::If},         {"DO", Key::Do},           {"ASM", Key::Asm},         {"CON", Key::Con},
+    {"VAR", Key::Var},       {"BIT", Key::Bit},         {"FOR", Key::For},         {"END", Key::End},
+    {"BYTE", Key::Byte},     {"WORD", Key::Word},       {"LONG", Key::Long},       {"THEN", Key::Then},
+    {"NEXT", Key::Next},     {"WEND", Key::Wend},       {"LOOP", Key::Loop},       {"GOSUB", Key::Gosub},
+    {"WHILE", Key::While},   {"UNTIL", Key::Until},     {"ENDIF", Key::EndIf},     {"ENDASM", Key::EndAsm},
+    {"DEFINE", Key::Define}, {"SYMBOL", Key::Symbol},   {"REPEAT", Key::Repeat},   {"SELECT", Key::Select},
+    {"#CONFIG", Key::Config}, {"INCLUDE", Key::Include}, {"ENDSELECT", Key::EndSelect},
+    {"#ENDCONFIG", Key::EndConfig},
+};
+constexpr qsizetype kLongestKeyword = 10;
+
+// Looked up for every word of every line: the keywords by length and first letter.
+struct KeywordTable {
+    struct Entry {
+        const char* text;
+        Key key;
+    };
+    std::array<std::array<std::vector<Entry>, 64>, kLongestKeyword + 1> byLength;
+    KeywordTable() {
+        for (const Keyword& k : kKeywordList)
+            byLength[std::strlen(k.text)][k.text[0] & 63].push_back({k.text, k.key});
+    }
+};
+
+
+// REM is a comment; it is no keyword of the readers.
+bool isRem(QStringView w) {
+    return w.size() == 3 && (w[0].unicode() | 0x20) == u'r' && (w[1].unicode() | 0x20) == u'e' &&
+           (w[2].unicode() | 0x20) == u'm';
+}
 
 // The keys of either compiler kind's statement table, and the words no table has a row for.
 bool isStatementWord(const QString& upper) {
@@ -38,38 +101,29 @@ bool isPbp3Word(const QString& upper) {
 
 }  // namespace
 
-bool isLabel(const LineLexer& lex, const Pieces& pieces, bool firstOfLine) {
-    if (!firstOfLine || pieces.size() != 1 || pieces[0].kind != Kind::Word || !lex.endedByColon())
-        return false;
-    const QStringView word = lex.text(pieces[0]);
-    if (word.startsWith(u'#'))
-        return false;
-    if (word.size() > 16)
-        return true;  // longer than any statement word
-    const QString upper = word.toString().toUpper();
-    if (isStatementWord(upper))
-        return false;
-    return !isPbp3Word(upper) || pieces[0].end == lex.statementEnd();
-}
-
-bool isWordStart(char16_t c) { return isAsciiLetter(c) || c == u'_' || (c > 127 && QChar::isLetter(c)); }
+bool isWordStart(char16_t c) { return classOf(c) == Letter; }
 
 bool isWordChar(char16_t c) {
-    return isAsciiLetter(c) || isDigit(c) || c == u'_' || (c > 127 && QChar::isLetterOrNumber(c));
+    const Class k = classOf(c);
+    return k == Letter || k == Digit;
 }
 
-bool sameWord(QStringView word, const char* upper) {
-    qsizetype i = 0;
-    for (; upper[i]; ++i) {
-        if (i >= word.size())
-            return false;
-        char16_t c = word[i].unicode();
-        if (c >= u'a' && c <= u'z')
-            c = char16_t(c - 32);
-        if (c != char16_t(static_cast<unsigned char>(upper[i])))
-            return false;
+Key keyOf(QStringView word) {
+    const qsizetype n = word.size();
+    if (n < 2 || n > kLongestKeyword)
+        return Key::None;
+    char upper[kLongestKeyword];
+    for (qsizetype i = 0; i < n; ++i) {
+        const char16_t c = word[i].unicode();
+        if (c >= 128)
+            return Key::None;
+        upper[i] = char(c >= u'a' && c <= u'z' ? c - 32 : c);
     }
-    return i == word.size();
+    static const KeywordTable table;
+    for (const KeywordTable::Entry& e : table.byLength[n][upper[0] & 63])
+        if (std::memcmp(e.text, upper, size_t(n)) == 0)
+            return e.key;
+    return Key::None;
 }
 
 bool LineLexer::next(Pieces& out) {
@@ -86,40 +140,41 @@ bool LineLexer::next(Pieces& out) {
         return true;
     };
     while (i < n) {
-        const char16_t c = s[i];
-        if (isBlank(c)) {
+        const Class k = classOf(s[i]);
+        if (k == Blank) {
             ++i;
             continue;
         }
-        if (c == u'\'' || c == u';')
+        if (k == Comment)
             return finish(i, true);
-        if (c == u':')
+        if (k == Colon)
             return finish(i, false);
         const qsizetype start = i;
-        Kind kind = Kind::Char;
-        if (c == u'"') {
-            kind = Kind::String;
+        Piece piece;
+        if (k == Quote) {
+            piece.kind = Kind::String;
+            const qsizetype close = line_.indexOf(u'"', i + 1);
+            i = close < 0 ? n : close + 1;
+        } else if (k == Letter || (k == Hash && i + 1 < n && classOf(s[i + 1]) == Letter)) {
+            piece.kind = Kind::Word;
             ++i;
-            while (i < n && s[i] != u'"')
+            while (i < n && (classOf(s[i]) == Letter || classOf(s[i]) == Digit))
                 ++i;
-            if (i < n)
-                ++i;
-        } else if (isWordStart(c) || (c == u'#' && i + 1 < n && isWordStart(s[i + 1]))) {
-            kind = Kind::Word;
-            ++i;
-            while (i < n && isWordChar(s[i]))
-                ++i;
-            if (sameWord(line_.sliced(start, i - start), "REM"))
+            const QStringView word = line_.sliced(start, i - start);
+            if (isRem(word))
                 return finish(start, true);
-        } else if (isDigit(c)) {
-            kind = Kind::Number;
-            while (i < n && isWordChar(s[i]))
+            piece.key = keyOf(word);
+        } else if (k == Digit) {
+            piece.kind = Kind::Number;
+            while (i < n && (classOf(s[i]) == Letter || classOf(s[i]) == Digit))
                 ++i;
         } else {
             // A surrogate pair is one character.
-            i += (QChar::isHighSurrogate(c) && i + 1 < n && QChar::isLowSurrogate(s[i + 1])) ? 2 : 1;
+            i += (QChar::isHighSurrogate(s[i]) && i + 1 < n && QChar::isLowSurrogate(s[i + 1])) ? 2 : 1;
         }
-        out.append(Piece{kind, int(start), int(i)});
+        piece.start = int(start);
+        piece.end = int(i);
+        out.push_back(piece);
     }
     return finish(n, true);
 }
@@ -130,19 +185,33 @@ QStringView LineLexer::rest(int from) const {
     return line_.sliced(from, end_ - from).trimmed();
 }
 
-QStringView firstWord(QStringView line) {
+bool isLabel(const LineLexer& lex, const Pieces& pieces, bool firstOfLine) {
+    if (!firstOfLine || pieces.size() != 1 || pieces[0].kind != Kind::Word || !lex.endedByColon())
+        return false;
+    const QStringView word = lex.text(pieces[0]);
+    if (word.startsWith(u'#'))
+        return false;
+    if (word.size() > 16)
+        return true;  // longer than any statement word
+    const QString upper = word.toString().toUpper();
+    if (isStatementWord(upper))
+        return false;
+    return !isPbp3Word(upper) || pieces[0].end == lex.statementEnd();
+}
+
+Key firstKey(QStringView line) {
     const qsizetype n = line.size();
     qsizetype i = 0;
-    while (i < n && isBlank(line[i].unicode()))
+    while (i < n && classOf(line[i].unicode()) == Blank)
         ++i;
     const qsizetype start = i;
     if (i < n && line[i] == u'#')
         ++i;
-    if (i >= n || !isWordStart(line[i].unicode()))
-        return {};
+    if (i >= n || classOf(line[i].unicode()) != Letter)
+        return Key::None;
     while (i < n && isWordChar(line[i].unicode()))
         ++i;
-    return line.sliced(start, i - start);
+    return keyOf(line.sliced(start, i - start));
 }
 
 }  // namespace lexer

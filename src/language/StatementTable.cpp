@@ -238,11 +238,11 @@ std::optional<QString> callTip(QStringView line, int caret, const PBPCodeTable& 
     // The last piece before the caret: none inside a comment, a string is no word.
     lexer::LineLexer lex(line.first(caret));
     lexer::Pieces pieces;
-    lexer::Piece last{lexer::Kind::Char, 0, -1};
+    lexer::Piece last{lexer::Kind::Char, lexer::Key::None, 0, -1};
     while (lex.next(pieces))
-        if (!pieces.isEmpty())
+        if (!pieces.empty())
             last = pieces.back();
-    if (last.end != caret - 1 || (last.kind != lexer::Kind::Word && lex.text(last) != u"@"))
+    if (last.end != caret - 1 || (last.kind != lexer::Kind::Word && !lex.is(last, u'@')))
         return std::nullopt;
     const PBPCodeRow* row = statementRow(lex.text(last), codes);
     if (!row || (*row)[kCodeSyntax].isEmpty())
