@@ -39,6 +39,29 @@ void sortUnique(std::vector<QString>& words) {
 
 }  // namespace
 
+std::optional<int> completionStart(QStringView line, int caret) {
+    if (caret < 0 || caret > line.size())
+        return std::nullopt;
+    // The caret stands in a comment when the statements read up to it end before it.
+    lexer::LineLexer lex(line.first(caret));
+    lexer::Pieces pieces;
+    lexer::Piece last{lexer::Kind::Char, lexer::Key::None, 0, 0};
+    bool any = false;
+    while (lex.next(pieces)) {
+        if (!pieces.empty()) {
+            last = pieces.back();
+            any = true;
+        }
+    }
+    if (lex.statementEnd() < caret)
+        return std::nullopt;
+    if (!any || last.end != caret)
+        return caret;
+    if (last.kind == lexer::Kind::String)
+        return last.end - last.start > 1 && line[last.end - 1] == u'"' ? std::optional<int>(caret) : std::nullopt;
+    return last.kind == lexer::Kind::Word ? last.start : caret;
+}
+
 bool completionLess(QStringView a, QStringView b) { return compareNoCase(a, b) < 0; }
 
 void CompletionWords::setLanguage(bool usePBP, const PortDigits& ports) {

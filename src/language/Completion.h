@@ -10,6 +10,7 @@
 
 #include <QString>
 #include <QStringView>
+#include <optional>
 #include <vector>
 
 class CompletionWords {
@@ -31,6 +32,11 @@ private:
     PortDigits ports_{};
     int builds_ = 0;
 };
+
+// Where the word being typed at the caret (a column of the line) starts: the prefix completion matches.
+// The caret itself when no word stands before it; nullopt inside a comment or a string, where nothing is
+// completed.
+std::optional<int> completionStart(QStringView line, int caret);
 
 // The list's order: a before b.
 bool completionLess(QStringView a, QStringView b);

@@ -2,7 +2,10 @@
 
 #include "language/StatementLexer.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QSet>
+#include <QStringList>
 #include <algorithm>
 
 using namespace lexer;
@@ -176,4 +179,22 @@ void sortByName(std::vector<ProgramSymbol>& symbols) {
         const int c = QString::compare(a.name, b.name, Qt::CaseInsensitive);
         return c != 0 ? c < 0 : a.line < b.line;
     });
+}
+
+QString includedFile(const QString& included, const QString& programPath, const QString& compilerPath) {
+    QString name = included.trimmed();
+    name.replace(u'\\', u'/');
+    if (name.isEmpty())
+        return {};
+    QStringList candidates;
+    if (QDir::isAbsolutePath(name))
+        candidates << name;
+    else
+        for (const QString& beside : {programPath, compilerPath})
+            if (!beside.isEmpty())
+                candidates << QFileInfo(beside).dir().filePath(name);
+    for (const QString& c : candidates)
+        if (QFileInfo(c).isFile())
+            return QDir::cleanPath(c);
+    return {};
 }

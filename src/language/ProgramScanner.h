@@ -38,3 +38,8 @@ QString symbolDetail(const ProgramSymbol& symbol);
 
 // Sorted by name, letter case ignored, then by line: the explorer's order by name.
 void sortByName(std::vector<ProgramSymbol>& symbols);
+
+// The file an INCLUDE names, as the compiler looks for it: a full path as it stands, else beside the
+// program, else beside the compiler. Backslashes are taken for the path separators the programs are
+// written with. Empty when none of these exists.
+QString includedFile(const QString& included, const QString& programPath, const QString& compilerPath);

@@ -1,7 +1,7 @@
-// A program's text as any bytes: the scanner, the folding, the comment toggle, the call tip and completion
-// end and never crash; symbols and blocks stand on lines of the text, in order, blocks nested; the line ends
-// and a comment line put in front change nothing but the line numbers; a toggle that adds comments is undone
-// by the next one; completion's list stays ordered with each word once.
+// A program's text as any bytes: the scanner, the folding, the comment toggle, the call tip, completion's
+// words and the prefix at the caret end and never crash. Symbols and blocks stand on lines of the text, in
+// order, blocks nested; the line ends and a comment line put in front change nothing but the line numbers; a
+// toggle that adds comments is undone by the next one; completion's list stays ordered with each word once.
 #include "FuzzWorld.h"
 #include "language/Completion.h"
 #include "language/Folding.h"
@@ -73,9 +73,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         FUZZ_CHECK(applyEdits(toggled, toggleComment(toggled)) == lines, "a second toggle doesn't give the lines back");
     FUZZ_CHECK(lineIndent(lines[0]).size() <= lines[0].size());
 
-    for (int caret = -1; caret <= std::min<int>(int(lines[0].size()), 200) + 1; ++caret)
+    for (int caret = -1; caret <= std::min<int>(int(lines[0].size()), 200) + 1; ++caret) {
         if (const std::optional<QString> tip = callTip(lines[0], caret, tables.codes))
             FUZZ_CHECK(!tip->isEmpty());
+        if (const std::optional<int> start = completionStart(lines[0], caret))
+            FUZZ_CHECK(*start >= 0 && *start <= caret, "prefix from %d at %d", *start, caret);
+    }
 
     const std::vector<QString> words = tables.words.words(symbols);
     FUZZ_CHECK(words.size() >= tables.words.languageWords().size());

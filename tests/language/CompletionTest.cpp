@@ -93,6 +93,24 @@ TEST(Completion, AnAllLowerCasePrefixGivesTheWordInLowerCaseAnyOtherAsListed) {
             << c.typed;
 }
 
+TEST(Completion, ThePrefixIsTheWordBeforeTheCaretAndNothingIsCompletedInCommentsOrStrings) {
+    const std::optional<int> none;
+    const struct {
+        const char* line;
+        int caret;  // -1: the line's end
+        std::optional<int> start;
+    } cases[] = {
+        {"x = hse", -1, 4},   {"  #con", -1, 2},     {"HSEROUT x", 3, 0},   {"x = 1 : ", -1, 8},   {"x :", -1, 3},
+        {"", 0, 0},           {"x = 10ms", -1, 8},   {"LCDOUT \"a\"", -1, 10}, {"# ", -1, 2},     {"caf\u00e9", -1, 0},
+        {"' hse", -1, none},  {"x ; hse", -1, none}, {"REM hse", -1, none}, {"LCDOUT \"hse", -1, none},
+        {"LCDOUT \"", -1, none}, {"x", 2, none},    {"x", -1, 0},
+    };
+    for (const auto& c : cases) {
+        const QString line = QString::fromUtf8(c.line);
+        EXPECT_EQ(completionStart(line, c.caret == -1 ? int(line.size()) : c.caret), c.start) << c.line;
+    }
+}
+
 TEST(CallTip, AStatementWordAndOneBlankLeftOfTheCaretGiveItsRowsSyntax) {
     PBPCodeTable pro{}, basic{};
     PBPDefineTable defines{};

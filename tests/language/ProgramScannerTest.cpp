@@ -157,3 +157,19 @@ TEST(ProgramScanner, LinesBeingTypedAndLinesThatOnlyLookLikeDeclarations) {
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(scanned(QString::fromUtf8(text)), expected) << text;
 }
+
+TEST(ProgramScanner, AnIncludeIsLookedForAsAFullPathThenBesideTheProgramThenBesideTheCompiler) {
+    TestWorld world;
+    const QString program = world.write("src/main.pbp", "INCLUDE \"lib.bas\"");
+    const QString compiler = world.write("pbp/PBPW.EXE", "");
+    const QString beside = world.write("src/lib.bas", "");
+    const QString shipped = world.write("pbp/modedefs.bas", "");
+    const QString nested = world.write("src/inc/lcd.bas", "");
+    const std::pair<QString, QString> cases[] = {
+        {"lib.bas", beside},  {"modedefs.bas", shipped}, {"inc\\lcd.bas", nested}, {" inc/lcd.bas ", nested},
+        {nested, nested},     {"missing.bas", ""},       {"", ""},                  {"inc", ""},
+    };
+    for (const auto& [included, found] : cases)
+        EXPECT_EQ(includedFile(included, program, compiler), found) << included.toStdString();
+    EXPECT_EQ(includedFile("modedefs.bas", program, ""), "") << "no compiler set";
+}
