@@ -123,25 +123,15 @@ TEST(CallTip, AStatementWordAndOneBlankLeftOfTheCaretGiveItsRowsSyntax) {
         int caret;  // -1: the line's end
         std::optional<QString> tip;
     } cases[] = {
-        {pro, "HSEROUT ", -1, "HSEROUT [Item{,Item...}]"},
-        {pro, "  hSerOut\t", -1, "HSEROUT [Item{,Item...}]"},
-        {pro, "x = 1 : GOSUB ", -1, "GOSUB Label"},
-        {pro, "GOTO main", 5, "GOTO Label"},  // the caret in the middle of a line
-        {pro, "IF x THEN ", -1, "IF Comp {AND/OR Comp...} THEN Label"},
-        {pro, "@ ", -1, "@ Assembly Statement"},
+        {pro, "HSEROUT ", -1, "HSEROUT [Item{,Item...}]"}, {pro, "  hSerOut\t", -1, "HSEROUT [Item{,Item...}]"},
+        {pro, "x = 1 : GOSUB ", -1, "GOSUB Label"},        {pro, "GOTO main", 5, "GOTO Label"},
+        {pro, "IF x THEN ", -1, "IF Comp {AND/OR Comp...} THEN Label"}, {pro, "@ ", -1, "@ Assembly Statement"},
         {basic, "SEROUT ", -1, "SEROUT Pin, Mode, Item{,Item...}"},
-        {basic, "HSEROUT ", -1, none},       // not a PicBasic statement
-        {pro, "HSEROUT", -1, none},          // no blank yet
-        {pro, "HSEROUT  ", -1, none},        // the tip came at the first blank
-        {pro, "' HSEROUT ", -1, none},       // in a comment
-        {pro, "x = 1 ; HSEROUT ", -1, none},
-        {pro, "LCDOUT \"HSEROUT ", -1, none},  // in a string
-        {pro, "xHSEROUT ", -1, none},
-        {pro, "EndAsm ", -1, none},          // its row has no syntax
-        {pro, "DO ", -1, none},              // no row
-        {pro, "HSEROUT ", 0, none},
-        {pro, "HSEROUT ", 99, none},
-        {pro, "HSEROUT ", -5, none},
+        {basic, "HSEROUT ", -1, none},  // not a PicBasic statement
+        {pro, "HSEROUT", -1, none},     {pro, "HSEROUT  ", -1, none},  // no blank yet; the tip came at the first
+        {pro, "' HSEROUT ", -1, none},  {pro, "x = 1 ; HSEROUT ", -1, none}, {pro, "LCDOUT \"HSEROUT ", -1, none},
+        {pro, "xHSEROUT ", -1, none},   {pro, "EndAsm ", -1, none} /* a row without syntax */, {pro, "DO ", -1, none},
+        {pro, "HSEROUT ", 0, none},     {pro, "HSEROUT ", 99, none},   {pro, "HSEROUT ", -5, none},
     };
     for (const auto& c : cases) {
         const QString line = QString::fromLatin1(c.line);

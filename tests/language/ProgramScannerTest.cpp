@@ -65,26 +65,12 @@ done: END)");
 
 TEST(ProgramScanner, FindsWhatAPicBasicProProgramDeclaresAndNothingInCommentsStringsOrAssembly) {
     const QStringList expected = {
-        "2 Include modedefs.bas",
-        "3 Include lcd_setup.pbp",
-        "4 Define OSC 20",
-        "5 Define HSER_BAUD 9600",
-        "10 Alias LED PORTB.0",
-        "11 Alias Button1 PORTA.4",
-        "12 Variable count BYTE",
-        "13 Variable total WORD",
-        "14 Variable flags BIT",
-        "15 Variable big LONG",
-        "16 Variable buf BYTE[16]",
-        "17 Variable names BYTE[MAXLEN]",
-        "18 Alias lowb total.BYTE0",
-        "19 Constant MAXLEN 8",
-        "20 Constant Delay 500",
-        "21 Symbol Relay PORTB.1",
-        "22 Label main",
-        "28 Subroutine Blink",   // GOSUB Blink
-        "30 Subroutine report",  // gosub REPORT: case is ignored
-        "40 Label done",         // reached by GOTO only
+        "2 Include modedefs.bas", "3 Include lcd_setup.pbp", "4 Define OSC 20", "5 Define HSER_BAUD 9600",
+        "10 Alias LED PORTB.0", "11 Alias Button1 PORTA.4", "12 Variable count BYTE", "13 Variable total WORD",
+        "14 Variable flags BIT", "15 Variable big LONG", "16 Variable buf BYTE[16]", "17 Variable names BYTE[MAXLEN]",
+        "18 Alias lowb total.BYTE0", "19 Constant MAXLEN 8", "20 Constant Delay 500", "21 Symbol Relay PORTB.1",
+        "22 Label main", "28 Subroutine Blink", "30 Subroutine report" /* gosub REPORT */,
+        "40 Label done" /* reached by GOTO only */,
     };
     EXPECT_EQ(scanned(kProPicBasic), expected);
     // The line ends don't matter; a text that ends in one has an empty last line.
