@@ -7,6 +7,7 @@
 //  - a comment opener (either one): a comment (6) to the end of the line;
 //  - the string delimiter: a string (7) up to and with the closing delimiter, or to the line end if unclosed;
 //  - a letter or "_": a word of letters, digits and "_": its word set's class (10-15), else symbol (2);
+//  - "#" before a letter or "_": such a word with its "#" ("#CONFIG") when that is reserved;
 //  - a digit: a number (3); it runs on over letters, digits and "_", so "10ms" or "0x1F" stays one token;
 //  - "$" before a hex digit, "%" before 0 or 1: a hex or binary number (3) of those digits;
 //  - any other character alone: special (5), unless it is itself a reserved word, like "@".
@@ -60,6 +61,16 @@ void tokenizeLine(const Language& lang, QStringView line, Emit&& onToken) {
             i = close < 0 ? n : close + quote.size();
             token(TokenClass::String, start, i);
             continue;
+        }
+        if (c == u'#' && i + 1 < n && isWordStart(line[i + 1])) {
+            qsizetype end = i + 1;
+            while (end < n && isWordChar(line[end]))
+                ++end;
+            if (const int reserved = lang.wordClass(line.sliced(start, end - start)); reserved >= 0) {
+                i = end;
+                token(reserved, start, i);
+                continue;
+            }
         }
         if (isWordStart(c)) {
             while (i < n && isWordChar(line[i]))

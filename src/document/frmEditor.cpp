@@ -120,6 +120,8 @@ void frmEditor::LoadReservedWords() {
     const Globals& g = globals();
     for (const ReservedWord& w : reservedWords(g.UsePBP, g.PBPCodes, g.PBPDefines, g.Ports))
         skipOnFailure([&] { lang.AddReservedWord(w.set, w.word); });
+    for (const QString& w : pbp3Words(g.UsePBP))
+        skipOnFailure([&] { lang.AddReservedWord(WordSet::Statements, w); });
 }
 
 bool frmEditor::SaveModified() {

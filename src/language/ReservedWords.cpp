@@ -43,6 +43,19 @@ std::vector<QString> makeModifiers() {
 
 }  // namespace
 
+const std::vector<QString>& pbp3Words(bool usePBP) {
+    static const std::vector<QString> none;
+    static const std::vector<QString> words = [] {
+        std::vector<QString> out;
+        for (const char* w : {"DO", "LOOP", "REPEAT", "UNTIL", "EXIT", "CONTINUE", "ARRAYREAD", "ARRAYWRITE",
+                              "#CONFIG", "#ENDCONFIG", "#IF", "#IFDEF", "#IFNDEF", "#ELSE", "#ENDIF", "#DEFINE",
+                              "#MSG", "#ERROR", "#WARNING"})
+            out.push_back(QString::fromLatin1(w));
+        return out;
+    }();
+    return usePBP ? words : none;
+}
+
 const std::vector<QString>& pbpModifiers() {
     static const std::vector<QString> modifiers = makeModifiers();
     return modifiers;

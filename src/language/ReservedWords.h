@@ -30,3 +30,7 @@ std::vector<ReservedWord> reservedWords(bool usePBP, const PBPCodeTable& codes, 
 // The PicBasic Pro output modifiers: BIN, DEC and HEX in their plain, I, S and IS forms, with the widths
 // the compiler knows (binary to 16, decimal to 5, hexadecimal to 4), then REP and STR.
 const std::vector<QString>& pbpModifiers();
+
+// The statement words PicBasic Pro 3 added, which the statement table has no rows for: coloured as
+// statements and offered by completion, for PicBasic Pro only (empty for PicBasic).
+const std::vector<QString>& pbp3Words(bool usePBP);

@@ -1,5 +1,6 @@
 #include "language/StatementTable.h"
 
+#include "language/StatementLexer.h"
 #include "platform/Failure.h"
 
 #include <algorithm>
@@ -207,11 +208,17 @@ bool statementTableFits(bool usePBP, const PBPCodeTable& codes) {
     return (codes[0][kCodeKey] == u"@") == usePBP;
 }
 
-std::optional<QString> statementTip(QStringView word, const PBPCodeTable& codes) {
+const PBPCodeRow* statementRow(QStringView word, const PBPCodeTable& codes) {
     // Unlike the word sets, the search doesn't end at an empty key: all rows are tried.
     for (const PBPCodeRow& row : codes)
         if (sameUpper(word, row[kCodeKey]))
-            return row[kCodeTip];
+            return &row;
+    return nullptr;
+}
+
+std::optional<QString> statementTip(QStringView word, const PBPCodeTable& codes) {
+    if (const PBPCodeRow* row = statementRow(word, codes))
+        return (*row)[kCodeTip];
     return std::nullopt;
 }
 
@@ -223,4 +230,22 @@ std::optional<QString> caretTip(int tokenClass, QStringView line, int start, int
     // Past the end of the line the word is empty; a length past it takes what is there.
     const qsizetype from = std::min<qsizetype>(start, line.size());
     return statementTip(line.mid(from, std::min<qsizetype>(length, line.size() - from)), codes);
+}
+
+std::optional<QString> callTip(QStringView line, int caret, const PBPCodeTable& codes) {
+    if (caret < 2 || caret > line.size() || (line[caret - 1] != u' ' && line[caret - 1] != u'\t'))
+        return std::nullopt;
+    // The last piece before the caret: none inside a comment, a string is no word.
+    lexer::LineLexer lex(line.first(caret));
+    lexer::Pieces pieces;
+    lexer::Piece last{lexer::Kind::Char, lexer::Key::None, 0, -1};
+    while (lex.next(pieces))
+        if (!pieces.empty())
+            last = pieces.back();
+    if (last.end != caret - 1 || (last.kind != lexer::Kind::Word && !lex.is(last, u'@')))
+        return std::nullopt;
+    const PBPCodeRow* row = statementRow(lex.text(last), codes);
+    if (!row || (*row)[kCodeSyntax].isEmpty())
+        return std::nullopt;
+    return (*row)[kCodeSyntax];
 }

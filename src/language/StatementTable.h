@@ -26,6 +26,9 @@ void fillStatementTable(bool usePBP, PBPCodeTable& codes, PBPDefineTable& define
 // anything else for PicBasic). False means: refill, reload the word sets, redraw.
 bool statementTableFits(bool usePBP, const PBPCodeTable& codes);
 
+// The first row whose key equals the word, case ignored; null when no row has it.
+const PBPCodeRow* statementRow(QStringView word, const PBPCodeTable& codes);
+
 // The tip of the first row whose key equals the word, case ignored; nullopt when no row has it.
 // Runs on every caret move: no allocation.
 std::optional<QString> statementTip(QStringView word, const PBPCodeTable& codes);
@@ -34,3 +37,8 @@ std::optional<QString> statementTip(QStringView word, const PBPCodeTable& codes)
 // within its line: empty for a token that isn't a statement word (class 10), the row's tip for one that
 // is, nullopt when no row has it and the panel keeps its text.
 std::optional<QString> caretTip(int tokenClass, QStringView line, int start, int length, const PBPCodeTable& codes);
+
+// The call tip beside the caret (a column of the line): when the text left of it is a statement word and
+// one blank, outside comments and strings, the syntax of the word's row; nullopt when there is none (no
+// such word, no row, or a row without syntax).
+std::optional<QString> callTip(QStringView line, int caret, const PBPCodeTable& codes);
