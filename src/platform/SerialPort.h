@@ -35,6 +35,8 @@ public:
     virtual QByteArray readAll() = 0;
     // Queues bytes to go out; throws Failure when the port is gone.
     virtual void write(const QByteArray& bytes) = 0;
+    // Drops what came and wasn't read yet, also what the system holds for the port.
+    virtual void discardInput() = 0;
     // Bytes queued but not yet handed to the device.
     virtual qint64 bytesToWrite() const = 0;
     virtual const SerialSettings& settings() const = 0;

@@ -78,6 +78,11 @@ public:
             throw osFailure(EIO, port_.portName());
     }
 
+    void discardInput() override {
+        if (port_.isOpen())
+            port_.clear(QSerialPort::Input);
+    }
+
     qint64 bytesToWrite() const override { return port_.isOpen() ? port_.bytesToWrite() : 0; }
     const SerialSettings& settings() const override { return settings_; }
 

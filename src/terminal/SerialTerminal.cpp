@@ -294,8 +294,6 @@ void SerialTerminal::open(const SerialSettings& s) {
     connect(port_.get(), &SerialPort::vanished, this, [this](const QString& why) { Port_Vanished(why); });
     setStatus(connectedText(s));
     showState();
-    // What came before the signals were joined.
-    Port_Received();
 }
 
 void SerialTerminal::letGo() {
@@ -441,6 +439,8 @@ void SerialTerminal::reacquire() {
     const SerialSettings s = *lent_;
     try {
         open(s);
+        // What came while the programmer had the port was the programmer's.
+        port_->discardInput();
     } catch (const Failure& f) {
         lent_.reset();
         setStatus(notRegainedText(serialPortPath(s.port), f));

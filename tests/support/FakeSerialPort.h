@@ -24,6 +24,7 @@ public:
             throw osFailure(5, settings_.port);
         written += bytes;
     }
+    void discardInput() override { pending.clear(); }
     qint64 bytesToWrite() const override { return 0; }
     const SerialSettings& settings() const override { return settings_; }
 
