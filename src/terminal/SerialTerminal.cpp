@@ -23,6 +23,7 @@
 #include <QSaveFile>
 #include <QScreen>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -33,8 +34,8 @@ namespace {
 
 // Bytes drawn in one turn of the event loop: what keeps a turn well under a frame at 921600 baud, where
 // about 92 kB come each second.
-constexpr qsizetype kTextSlice = 16 * 1024;
-constexpr qsizetype kHexSlice = 4 * 1024;
+constexpr qsizetype kTextSlice = 8 * 1024;
+constexpr qsizetype kHexSlice = 2 * 1024;
 // Lines the view holds; older ones go from its top. The record behind it keeps more for a log.
 constexpr int kViewLines = 20000;
 
@@ -106,7 +107,6 @@ SerialTerminal::SerialTerminal(SerialPorts& ports, QWidget* owner) : QWidget(own
     Output = new QPlainTextEdit(this);
     Output->setReadOnly(true);
     Output->setUndoRedoEnabled(false);
-    Output->setMaximumBlockCount(kViewLines);
     Output->setFont(fixed);
     Output->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     SendText = new QLineEdit(this);
@@ -179,14 +179,16 @@ SerialTerminal::SerialTerminal(SerialPorts& ports, QWidget* owner) : QWidget(own
     connect(&sliceTimer_, &QTimer::timeout, this, [this] { showSlice(); });
 
     resize(760, 420);
-    // Beside the frame on its right when the screen has room, else over the frame's lower right part.
+    // Beside the frame on its right, moved in as far as the screen needs, lower down when it covers the frame.
     if (owner) {
         const QRect f = owner->frameGeometry();
         const QScreen* s = owner->screen();
         const QRect room = s ? s->availableGeometry() : QRect();
         QPoint at(f.right() + 1, f.top());
-        if (room.isValid() && at.x() + width() > room.right())
-            at = QPoint(std::max(room.left(), f.right() - width()), std::max(room.top(), f.bottom() - height()));
+        if (room.isValid() && at.x() + width() > room.right() + 1) {
+            at.setX(std::max(room.left(), room.right() + 1 - width()));
+            at.setY(std::max(f.top(), std::min(f.bottom() - height() / 2, room.bottom() + 1 - height())));
+        }
         move(at);
     }
     globals().addWindow(this);
@@ -280,6 +282,7 @@ void SerialTerminal::cmdConnect_Click() {
     skipOnFailure([&] { s.save(); });
     try {
         open(s.serial);
+        SendText->setFocus();
     } catch (const Failure& f) {
         setStatus(notConnectedText());
         message(openFailureText(serialPortPath(s.serial.port), f));
@@ -406,6 +409,14 @@ void SerialTerminal::apply(const std::vector<ViewEdit>& edits) {
         c.insertText(e.text, e.direction == Direction::Out ? out : in);
     }
     c.endEditBlock();
+    // The oldest lines go in one cut of their own. The view's own limit would step the cursor over each line
+    // it drops, laying every one of them out again; in the same edit as the new text the change would span
+    // the whole document, and the view would look at every line.
+    if (const int extra = Output->document()->blockCount() - kViewLines; extra > 0) {
+        c.setPosition(0);
+        c.setPosition(Output->document()->findBlockByNumber(extra).position(), QTextCursor::KeepAnchor);
+        c.removeSelectedText();
+    }
     if (follow)
         bar->setValue(bar->maximum());
 }

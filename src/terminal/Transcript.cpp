@@ -33,7 +33,19 @@ qsizetype unfinishedTail(QByteArrayView bytes) {
 
 }  // namespace
 
-QString stampText(QTime at) { return QLatin1Char('[') + at.toString(QStringLiteral("HH:mm:ss.zzz")) + QStringLiteral("] "); }
+// Made by hand: it comes at every line, and QTime::toString reads its format each time.
+QString stampText(QTime at) {
+    char s[] = "[00:00:00.000] ";
+    auto put = [&](int at, int value, int digits) {
+        for (int i = digits - 1; i >= 0; --i, value /= 10)
+            s[at + i] = char('0' + value % 10);
+    };
+    put(1, at.hour(), 2);
+    put(4, at.minute(), 2);
+    put(7, at.second(), 2);
+    put(10, at.msec(), 3);
+    return QString::fromLatin1(s);
+}
 
 ViewEdit TrafficRender::add(Direction d, QByteArrayView bytes, QTime at) {
     ViewEdit e = view_ == TerminalView::Text ? addText(d, bytes, at) : addHex(d, bytes, at);
