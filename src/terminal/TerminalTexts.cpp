@@ -46,6 +46,8 @@ QString openFailureText(const QString& port, const Failure& f) {
 
 QString noPortText() { return QStringLiteral("Choose a port from the list, or type its path."); }
 
+QString badBaudText() { return QStringLiteral("The baud rate is a whole number from 300 to 921600."); }
+
 QString notHexText(const QString& text, qsizetype column) {
     return QStringLiteral("The send field isn't hex from column %1 on: \"%2\".\n\nType bytes as pairs of hex digits, "
                           "such as 48 65 6C 6C 6F 0D 0A.")

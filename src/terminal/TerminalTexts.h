@@ -19,6 +19,7 @@ QString notRegainedText(const QString& port, const Failure& f);
 // Why Connect failed, as its box says it; a port the user may not open names the group and the command.
 QString openFailureText(const QString& port, const Failure& f);
 QString noPortText();
+QString badBaudText();
 // The send field's hex that stops being hex at column (from 0).
 QString notHexText(const QString& text, qsizetype column);
 // The one command that lets a user open the serial ports.

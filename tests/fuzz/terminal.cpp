@@ -53,15 +53,12 @@ void checkViews(const uint8_t* data, size_t size) {
         return;
     const bool stamps = data[0] & 1;
     Transcript t;
-    QByteArray in;
     // Cuts, directions and times from the bytes themselves.
     for (size_t at = 1, i = 0; at < size; ++i) {
         const size_t step = std::min<size_t>(1 + data[i % size] % 23, size - at);
         const Direction d = (data[(i + 1) % size] % 5 == 0) ? Direction::Out : Direction::In;
         const QByteArray piece(reinterpret_cast<const char*>(data + at), qsizetype(step));
         t.add(d, piece, QTime(12, 0).addMSecs(int(i) * 7));
-        if (d == Direction::In)
-            in += piece;
         at += step;
     }
     for (const TerminalView view : {TerminalView::Text, TerminalView::Hex}) {
@@ -73,6 +70,13 @@ void checkViews(const uint8_t* data, size_t size) {
                 shown.chop(e.removeTail);
                 shown += e.text;
             }
+        }
+        FUZZ_CHECK(t.next(1).empty());
+        // What comes after all was shown goes on from there.
+        t.add(Direction::In, QByteArray(reinterpret_cast<const char*>(data), qsizetype(std::min<size_t>(size, 5))), QTime(13, 0));
+        for (const ViewEdit& e : t.next(qsizetype(size))) {
+            shown.chop(e.removeTail);
+            shown += e.text;
         }
         const QString whole = t.text(view, stamps);
         FUZZ_CHECK(shown == whole, "slices and the whole differ");
