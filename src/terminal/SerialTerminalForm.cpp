@@ -103,27 +103,27 @@ SerialTerminal::SerialTerminal(SerialPorts& ports, QWidget* owner) : QWidget(own
     Status = new QLabel(this);
     Status->setWordWrap(true);
 
-    auto* settingsRow = new QHBoxLayout;
-    settingsRow->addWidget(label(this, QStringLiteral("&Port:"), Port));
-    settingsRow->addWidget(Port, 1);
-    settingsRow->addWidget(cmdRefresh);
-    settingsRow->addWidget(label(this, QStringLiteral("&Baud:"), Baud));
-    settingsRow->addWidget(Baud);
-    settingsRow->addWidget(label(this, QStringLiteral("Data:"), DataBits));
-    settingsRow->addWidget(DataBits);
-    settingsRow->addWidget(label(this, QStringLiteral("Parity:"), Parity));
-    settingsRow->addWidget(Parity);
-    settingsRow->addWidget(label(this, QStringLiteral("Stop:"), StopBits));
-    settingsRow->addWidget(StopBits);
-    settingsRow->addWidget(cmdConnect);
-    settingsRow->addWidget(cmdDisconnect);
+    // Three short rows, so that the window fits beside a frame on a small screen: the port and the buttons
+    // that use it, the line's settings, the view's.
+    auto* portRow = new QHBoxLayout;
+    portRow->addWidget(label(this, QStringLiteral("&Port:"), Port));
+    portRow->addWidget(Port, 1);
+    portRow->addWidget(cmdRefresh);
+    portRow->addWidget(cmdConnect);
+    portRow->addWidget(cmdDisconnect);
+    auto* lineRow = new QHBoxLayout;
+    const std::pair<const char*, QComboBox*> line[] = {
+        {"&Baud:", Baud}, {"Data:", DataBits}, {"Parity:", Parity}, {"Stop:", StopBits}, {"&Line end:", LineEnd}};
+    for (const auto& [text, box] : line) {
+        lineRow->addWidget(label(this, QString::fromLatin1(text), box));
+        lineRow->addWidget(box);
+    }
+    lineRow->addStretch(1);
     auto* viewRow = new QHBoxLayout;
     viewRow->addWidget(label(this, QStringLiteral("&View:"), View));
     viewRow->addWidget(View);
     viewRow->addWidget(chkLocalEcho);
     viewRow->addWidget(chkTimeStamps);
-    viewRow->addWidget(label(this, QStringLiteral("&Line end:"), LineEnd));
-    viewRow->addWidget(LineEnd);
     viewRow->addStretch(1);
     viewRow->addWidget(cmdClear);
     viewRow->addWidget(cmdSaveLog);
@@ -132,7 +132,8 @@ SerialTerminal::SerialTerminal(SerialPorts& ports, QWidget* owner) : QWidget(own
     sendRow->addWidget(chkHexInput);
     sendRow->addWidget(cmdSend);
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(settingsRow);
+    layout->addLayout(portRow);
+    layout->addLayout(lineRow);
     layout->addLayout(viewRow);
     layout->addWidget(Output, 1);
     layout->addLayout(sendRow);
@@ -163,7 +164,7 @@ SerialTerminal::SerialTerminal(SerialPorts& ports, QWidget* owner) : QWidget(own
     sliceTimer_.setInterval(0);
     connect(&sliceTimer_, &QTimer::timeout, this, [this] { showSlice(); });
 
-    resize(760, 420);
+    resize(sizeHint().expandedTo(QSize(640, 440)));
     // Beside the frame on its right, moved in as far as the screen needs, lower down when it covers the frame.
     if (owner) {
         const QRect f = owner->frameGeometry();
