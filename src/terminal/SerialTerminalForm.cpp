@@ -48,10 +48,8 @@ SerialTerminal* SerialTerminal::find() {
 
 SerialTerminal& SerialTerminal::showBeside(QWidget* owner, SerialPorts& ports) {
     SerialTerminal* t = find();
-    if (!t) {
+    if (!t)
         t = new SerialTerminal(ports, owner);
-        t->setAttribute(Qt::WA_DeleteOnClose, false);
-    }
     t->listPorts();
     t->show();
     t->raise();
