@@ -14,6 +14,7 @@ set(_qb_fuzz_lib_messages qb_compile)
 set(_qb_fuzz_lib_asmtags qb_compile)
 set(_qb_fuzz_lib_handover qb_platform)
 set(_qb_fuzz_lib_scanner qb_language)
+set(_qb_fuzz_lib_terminal qb_terminal)
 file(GLOB _qb_fuzz_srcs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/tests/fuzz/*.cpp)
 
 # Without libFuzzer the suite replays each target over its seed corpus, with the suite's own compiler and

@@ -16,4 +16,5 @@ layer(document    USES language devices statusbar core platform   WINDOWS "^(frm
 layer(compile     USES document devices core platform             WINDOWS "^(frm|CompilerScreen|CompileSession)")
 layer(programmer  USES document devices core platform             WINDOWS "^(frm|ProgrammerRun|ProgrammerOutput)")
 layer(dialogs     USES document devices core platform             WINDOWS "^(frm|MyAbout)")
-layer(shell       USES compile programmer dialogs document language devices statusbar core platform  WINDOWS "^(MDIMain|ToolBars|EditorRegistry)")
+layer(terminal    USES document devices core platform             WINDOWS "^SerialTerminal")
+layer(shell       USES compile programmer dialogs terminal document language devices statusbar core platform  WINDOWS "^(MDIMain|ToolBars|EditorRegistry)")

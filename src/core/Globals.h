@@ -1,6 +1,7 @@
 #pragma once
 // The system's shared state: one object that every part can reach and every test can reset.
 
+#include "platform/SerialPortHandover.h"
 #include "platform/Wine.h"
 
 #include <QString>
@@ -32,6 +33,8 @@ struct Globals {
     std::vector<QObject*> runningCompiles;
     // What the wine host keeps between runs: the lasting server the compiles use, wine's short forms.
     WineState wine;
+    // The serial ports held open in this process, lent to a programmer that names one.
+    SerialPortHandover serialPorts;
 
     // Loaded top-level windows in loading order: index 0 the frame, then documents and dialogs.
     std::vector<QWidget*> loadedWindows;

@@ -74,6 +74,16 @@ constexpr KeyInfo kKeys[] = {
     {Key::svBackGround, "ViewColors", "svBackGround", "-2147483643", false},
     {Key::ViewSelBackColor, "ViewColors", "ViewSelBackColor", "-2147483635", false},
     {Key::ViewSelForeColor, "ViewColors", "ViewSelForeColor", "-2147483634", false},
+    {Key::Port, "SerialTerminal", "Port", "", false},
+    {Key::Baud, "SerialTerminal", "Baud", "9600", false},
+    {Key::DataBits, "SerialTerminal", "DataBits", "8", false},
+    {Key::Parity, "SerialTerminal", "Parity", "None", false},
+    {Key::StopBits, "SerialTerminal", "StopBits", "1", false},
+    {Key::LineEnd, "SerialTerminal", "LineEnd", "CR LF", false},
+    {Key::View, "SerialTerminal", "View", "Text", false},
+    {Key::LocalEcho, "SerialTerminal", "LocalEcho", "0", false},
+    {Key::TimeStamps, "SerialTerminal", "TimeStamps", "0", false},
+    {Key::HexInput, "SerialTerminal", "HexInput", "0", false},
 };
 
 const KeyInfo& info(Key k) {

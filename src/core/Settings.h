@@ -42,6 +42,8 @@ enum class Key {
     // ViewColors
     svSymbol, svNumber, svSpecial, svComment, svString, svStatements, svDefines, svVarSize, svMath, svLogic,
     svModifer, svBackGround, ViewSelBackColor, ViewSelForeColor,
+    // SerialTerminal
+    Port, Baud, DataBits, Parity, StopBits, LineEnd, View, LocalEcho, TimeStamps, HexInput,
 };
 
 QString sectionOf(Key k);

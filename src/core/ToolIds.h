@@ -5,6 +5,7 @@
 namespace ToolId {
 inline constexpr char File[] = "ID_File";
 inline constexpr char Edit[] = "ID_Edit";
+inline constexpr char ViewMenu[] = "ID_View";
 inline constexpr char CMenu[] = "ID_CMenu";
 inline constexpr char Programmer[] = "ID_Programmer";
 inline constexpr char Options[] = "ID_Options";
@@ -71,4 +72,5 @@ inline constexpr char WhatsNew[] = "ID_WhatsNew";
 inline constexpr char Tool1[] = "ID_Tool1";
 inline constexpr char Tool2[] = "ID_Tool2";
 inline constexpr char GotoLabel[] = "ID_GotoLabel";
+inline constexpr char SerialTerminal[] = "ID_SerialTerminal";
 }  // namespace ToolId

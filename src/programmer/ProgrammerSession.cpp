@@ -1,5 +1,7 @@
 #include "programmer/ProgrammerSession.h"
 
+#include "core/Globals.h"
+
 #include <QPointer>
 
 ProgrammerSession::ProgrammerSession(QObject* parent) : QObject(parent) {}
@@ -19,7 +21,11 @@ void ProgrammerSession::start(Launcher& launcher, const ProgrammerCommand& comma
         if (self)
             self->finished(end);
     };
+    // A port that the command line names is let go of first, so that the programmer can open it; a start
+    // that throws gives it back at once.
+    auto ports = globals().serialPorts.releasePortsNamedIn(command.args);
     process_ = launcher.startWatched(command.program, command.args, workDir, std::move(events));
+    ports_ = std::move(ports);
 }
 
 void ProgrammerSession::stop() {
@@ -77,5 +83,6 @@ void ProgrammerSession::finished(const ProcessEnd& end) {
     if (end_)
         return;
     end_ = end;
+    ports_.reset();
     emit ended();
 }

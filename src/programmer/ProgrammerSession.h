@@ -3,6 +3,7 @@
 // output and standard error, each in the order written), and how it ended. The frame never waits for it.
 
 #include "platform/Launcher.h"
+#include "platform/SerialPortHandover.h"
 #include "programmer/ProgrammerTemplate.h"
 
 #include <QObject>
@@ -51,6 +52,9 @@ private:
     void finished(const ProcessEnd& end);
 
     ProgrammerCommand command_;
+    // The serial ports lent to the programmer while it runs; before process_, so that they come back only
+    // after a programmer still running at the session's end has been ended.
+    std::unique_ptr<SerialPortLease> ports_;
     std::unique_ptr<WatchedProcess> process_;
     Channel out_;
     Channel err_;

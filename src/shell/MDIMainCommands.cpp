@@ -24,6 +24,8 @@
 #include "shell/RecentFiles.h"
 #include "core/Settings.h"
 #include "shell/WindowList.h"
+#include "platform/SerialPortQt.h"
+#include "terminal/SerialTerminal.h"
 
 #include <QFileInfo>
 #include <QHash>
@@ -310,6 +312,11 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
          [](M& f) {
              // OK unloads the box; it isn't touched afterwards.
              f.runModal(MyAbout::instance(&f));
+             return true;
+         }},
+        {ToolId::SerialTerminal,
+         [](M& f) {
+             SerialTerminal::showBeside(&f, systemSerialPorts());
              return true;
          }},
         {ToolId::TileH, arrangeBy(ArrangeMode::TileHorizontal)},

@@ -13,6 +13,7 @@ const std::vector<ToolDef> kTools = {
     // The menus of the menu bar and the two submenus.
     {.id = ToolId::File, .kind = K::Menu, .caption = "&File"},
     {.id = ToolId::Edit, .kind = K::Menu, .caption = "&Edit"},
+    {.id = ToolId::ViewMenu, .kind = K::Menu, .caption = "&View"},
     {.id = ToolId::CMenu, .kind = K::Menu, .caption = "&Compile"},
     {.id = ToolId::Programmer, .kind = K::Menu, .caption = "&Programmer"},
     {.id = ToolId::Options, .kind = K::Menu, .caption = "&Options"},
@@ -64,6 +65,10 @@ const std::vector<ToolDef> kTools = {
     {.id = ToolId::Replace, .kind = K::Button, .caption = "R&eplace", .tooltip = "Replace Text", .enabled = false,
      .standardKey = Key::Replace},
     {.id = ToolId::GotoLine, .kind = K::Button, .caption = "&Goto Line", .keys = "Ctrl+G"},
+
+    // View
+    {.id = ToolId::SerialTerminal, .kind = K::Button, .caption = "Serial &Terminal",
+     .tooltip = "Talk to the board through a serial port"},
 
     // Compile, Programmer
     {.id = ToolId::Compile, .kind = K::Button, .caption = "&Compile", .tooltip = "Compile PicBasic Source Code",
@@ -126,7 +131,8 @@ constexpr const char* kSep = kSeparatorId;
 // Menus are listed after the menu that holds them, so a builder can go through the table in order.
 const std::vector<ListDef> kLists = {
     {kMenuBarBand, true,
-     {ToolId::File, ToolId::Edit, ToolId::CMenu, ToolId::Programmer, ToolId::Options, ToolId::Window, ToolId::Help}},
+     {ToolId::File, ToolId::Edit, ToolId::ViewMenu, ToolId::CMenu, ToolId::Programmer, ToolId::Options, ToolId::Window,
+      ToolId::Help}},
     {kStandardBand, true,
      {ToolId::New, ToolId::Open, ToolId::Save, ToolId::Print, kSep, ToolId::Cut, ToolId::Copy, ToolId::Paste, kSep, ToolId::Find,
       ToolId::FindNext, kSep, ToolId::Indent, ToolId::Outdent, kSep, ToolId::Undo, ToolId::Redo, kSep, ToolId::Compile, ToolId::Epic,
@@ -139,6 +145,7 @@ const std::vector<ListDef> kLists = {
       ToolId::SelectWord, kSep, ToolId::SelectionColor, ToolId::BackgroundColor, ToolId::TokenColor, kSep, ToolId::Find,
       ToolId::FindNext, ToolId::Replace, ToolId::GotoLine}},
     {ToolId::SelectionColor, false, {ToolId::SelectionTextForegroundColor, ToolId::SelectionTextBackgroundColor}},
+    {ToolId::ViewMenu, false, {ToolId::SerialTerminal}},
     {ToolId::CMenu, false,
      {ToolId::Compile, ToolId::CompileAndProgram, kSep, ToolId::NextMessage, ToolId::PreviousMessage, kSep,
       ToolId::CompilerOptions}},

@@ -65,7 +65,7 @@ TEST(ToolModel, LookupsIgnoreCaseUnknownIdsFailAndTheFileAndEditMenus) {
     EXPECT_THROW(m.Tools().Item(ToolId::Save).Menu(), Failure);
 
     EXPECT_EQ(actionTexts(a.bars.menuBar()),
-              QStringList({"&File", "&Edit", "&Compile", "&Programmer", "&Options", "&Window", "&Help"}));
+              QStringList({"&File", "&Edit", "&View", "&Compile", "&Programmer", "&Options", "&Window", "&Help"}));
     const QStringList file = actionTexts(a.bars.menu(ToolId::File)), edit = actionTexts(a.bars.menu(ToolId::Edit));
     EXPECT_EQ(file.mid(2, 5) + file.mid(14),
               QStringList({"&Close", "-", "&Save", "Save &As", "-", "&4", "-", "E&xit"}));
