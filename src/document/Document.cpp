@@ -251,10 +251,7 @@ void Document::SaveFile(const QString& path) {
         if (!now.exists && format_->disk.exists)
             QDir().mkpath(QFileInfo(path).absolutePath());
     }
-    const auto text = [this] {
-        const auto* chars = reinterpret_cast<const char*>(sci().SendScintilla(Sci::SCI_GETCHARACTERPOINTER));
-        return QByteArrayView(chars, sci().SendScintilla(Sci::SCI_GETLENGTH));
-    };
+    const auto text = [this] { return utf8Text(); };
     const QByteArrayView utf8 = text();
     TextEncoding encoding = format_->text.encoding;
     std::optional<QByteArray> bytes = fromUtf8Text(utf8, encoding, format_->text.codePage);
@@ -350,6 +347,12 @@ void Document::DeleteImpl(int startCol, int startLine, int endCol, int endLine) 
 
 // Scintilla repaints changed lines by itself, so the lines and flags the original took are not needed;
 // what is left is to close the run as one undo step.
+QByteArrayView Document::utf8Text() const {
+    // Asking for the pointer closes the control's gap, so the text lies in one piece.
+    const auto* chars = reinterpret_cast<const char*>(sci().SendScintilla(Sci::SCI_GETCHARACTERPOINTER));
+    return QByteArrayView(chars, sci().SendScintilla(Sci::SCI_GETLENGTH));
+}
+
 void Document::UpdateViews() {
     endRun();
     sci().viewport()->update();

@@ -53,6 +53,8 @@ public:
     void DeleteImpl(int startCol, int startLine, int endCol, int endLine);
     // Ends the run of InsertImpl and DeleteImpl calls and repaints.
     void UpdateViews();
+    // The text as the control holds it, in UTF-8, without a copy: valid until the next change.
+    QByteArrayView utf8Text() const;
 
     // Files larger than this are refused: far beyond any source, and the control keeps two bytes a character.
     static constexpr qint64 kMaxFileBytes = 128LL * 1024 * 1024;

@@ -93,15 +93,20 @@ std::optional<qint64> recoveryFileOwner(const QString& fileName) {
     return ok ? std::optional(pid) : std::nullopt;
 }
 
+namespace {
+// Everything before the text's own bytes; the record ends with those and a line break.
+QByteArray recoveryHead(const QString& pathName, qint64 pid, qsizetype textSize) {
+    QByteArray out = kMagic;
+    out += "pid " + QByteArray::number(pid) + '\n';
+    appendBlock(out, "path", pathName.toUtf8());
+    out += "text " + QByteArray::number(textSize) + '\n';
+    return out;
+}
+}  // namespace
+
 QByteArray encodeRecovery(const RecoveryRecord& r) {
     const QByteArray text = r.text.toUtf8();
-    QByteArray out;
-    out.reserve(text.size() + r.pathName.size() * 3 + 64);
-    out += kMagic;
-    out += "pid " + QByteArray::number(r.pid) + '\n';
-    appendBlock(out, "path", r.pathName.toUtf8());
-    appendBlock(out, "text", text);
-    return out;
+    return recoveryHead(r.pathName, r.pid, text.size()) + text + '\n';
 }
 
 std::optional<RecoveryRecord> decodeRecovery(const QByteArray& bytes) {
@@ -121,6 +126,10 @@ std::optional<RecoveryRecord> decodeRecovery(const QByteArray& bytes) {
 }
 
 void writeRecoveryFile(const QString& path, const RecoveryRecord& r) {
+    writeRecoveryFile(path, r.pathName, r.pid, r.text.toUtf8());
+}
+
+void writeRecoveryFile(const QString& path, const QString& pathName, qint64 pid, QByteArrayView utf8Text) {
     const QString dir = QFileInfo(path).absolutePath();
     if (!QFileInfo::exists(dir)) {
         errno = 0;
@@ -129,14 +138,15 @@ void writeRecoveryFile(const QString& path, const RecoveryRecord& r) {
         // The texts of unsaved documents are nobody else's business.
         QFile::setPermissions(dir, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     }
-    const QByteArray bytes = encodeRecovery(r);
+    const QByteArray head = recoveryHead(pathName, pid, utf8Text.size());
     // Unbuffered, so that a write that fails on a full disk is seen before commit renames a cut file.
     QSaveFile file(path);
     errno = 0;
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         throw osFailure(errno != 0 ? errno : EACCES, path);
     errno = 0;
-    if (file.write(bytes) != bytes.size()) {
+    const auto written = [&](QByteArrayView bytes) { return file.write(bytes.data(), bytes.size()) == bytes.size(); };
+    if (!written(head) || !written(utf8Text) || !written("\n")) {
         const int err = errno != 0 ? errno : ENOSPC;
         file.cancelWriting();
         throw osFailure(err, path);

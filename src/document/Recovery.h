@@ -3,6 +3,7 @@
 // a killed process or a power cut loses nothing typed. Each file belongs to the running instance whose
 // process id starts its name; files of an instance that is gone are offered at the next start.
 
+#include <QByteArrayView>
 #include <QString>
 #include <QtGlobal>
 #include <functional>
@@ -40,6 +41,9 @@ std::optional<RecoveryRecord> decodeRecovery(const QByteArray& bytes);
 // Writes the record atomically, making the directory (readable by its owner only) when needed; throws
 // Failure with the system's text.
 void writeRecoveryFile(const QString& path, const RecoveryRecord& r);
+// The same record with the text's bytes written as they are given: a document's copy takes them from the
+// control's own buffer, so that no second copy of a large text is ever made.
+void writeRecoveryFile(const QString& path, const QString& pathName, qint64 pid, QByteArrayView utf8Text);
 // nullopt when the file can't be read or isn't a recovery record.
 std::optional<RecoveryRecord> readRecoveryFile(const QString& path);
 

@@ -51,7 +51,7 @@ void RecoveryWatch::RecoveryTimer_Timer() {
     if (file_.isEmpty())
         file_ = dir_ + QLatin1Char('/') + newRecoveryFileName(ownProcessId());
     // A disk that takes no file now may take the next one; the editor goes on either way.
-    skipOnFailure([&] { writeRecoveryFile(file_, {doc.PathName(), ownProcessId(), editor_.View->Text()}); });
+    skipOnFailure([&] { writeRecoveryFile(file_, doc.PathName(), ownProcessId(), doc.utf8Text()); });
 }
 
 void RecoveryWatch::adopt(const QString& path) {

@@ -158,6 +158,7 @@ void MDIMain::MDIForm_Load() {
         m_cSBar->Create(&picStatus->target());
         // Paints reach the bar only once it has its target.
         connect(picStatus, &StatusPicture::Paint, this, &MDIMain::picStatus_Paint, Qt::UniqueConnection);
+        connect(picStatus, &StatusPicture::Painting, this, &MDIMain::picStatus_Painting, Qt::UniqueConnection);
         connect(picStatus, &StatusPicture::Resized, this, &MDIMain::picStatus_Resize, Qt::UniqueConnection);
     });
     // The picture has no border of its own and stands in front of the other children.
@@ -503,10 +504,9 @@ void MDIMain::setPanelText(int panel, const QString& text) {
     if (!m_cSBar)
         return;
     // A fixed panel grows to hold its whole text (a caret at line 12345); the spring takes what is left.
-    if (m_cSBar->PanelSpring(PanelRef(panel)))
-        m_cSBar->PanelText(PanelRef(panel), text);
-    else
-        m_cSBar->PanelTextWiden(PanelRef(panel), text);
+    // The panel is painted with the picture's next paint, so that a burst of caret moves paints once.
+    if (m_cSBar->PanelTextLater(PanelRef(panel), text, !m_cSBar->PanelSpring(PanelRef(panel))))
+        picStatus->update();
 }
 
 void MDIMain::picStatus_Paint() {
@@ -515,6 +515,11 @@ void MDIMain::picStatus_Paint() {
 }
 
 void MDIMain::picStatus_Resize() { picStatus_Paint(); }
+
+void MDIMain::picStatus_Painting() {
+    if (m_cSBar)
+        m_cSBar->DrawPending();
+}
 
 void MDIMain::setPBPVersion(const QString& text) { MyAbout::instance(this).setPBPVersion(text); }
 

@@ -108,6 +108,7 @@ private:
     void MDIForm_Load();
     void picStatus_Paint();
     void picStatus_Resize();
+    void picStatus_Painting();
     void MDIForm_Unload();
     void placeFrame();
     // The documents of the last normal close, as they were; false when none of them could be opened.

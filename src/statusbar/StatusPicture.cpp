@@ -14,12 +14,12 @@ StatusPicture::StatusPicture(QWidget* parent) : QWidget(parent), target_(icons_,
 }
 
 void StatusPicture::paintEvent(QPaintEvent*) {
+    painting_ = true;
+    emit Painting();
     // What was drawn since the last paint is already current: drawing it again would only double the work.
-    if (!target_.drawnSinceTaken()) {
-        painting_ = true;
+    if (!target_.drawnSinceTaken())
         emit Paint();
-        painting_ = false;
-    }
+    painting_ = false;
     QPainter p(this);
     p.drawPixmap(0, 0, target_.pixmap());
 }

@@ -17,6 +17,8 @@ public:
     IconTable& icons() { return icons_; }
 
 signals:
+    // Every paint starts with this: the frame paints the changes it held back.
+    void Painting();
     // A paint with nothing new in the picture: the frame draws the bar.
     void Paint();
     // The picture has its new size and is blank: the frame draws the bar.

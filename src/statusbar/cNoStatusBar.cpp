@@ -6,6 +6,8 @@
 #include "core/Settings.h"
 #include "statusbar/StatusLayout.h"
 
+#include <utility>
+
 namespace {
 
 QString barSource() { return applicationName() + QStringLiteral(".vbalStatusBar"); }
@@ -80,6 +82,8 @@ qint32 cNoStatusBar::AddPanel(qint32 eStyle, const QString& sText, qint32 iImgIn
 
 void cNoStatusBar::RemovePanel(const PanelRef& vKey) {
     const qint32 position = PanelIndex(vKey);
+    // Positions behind it move; the Draw below paints every panel anyway.
+    pending_.clear();
     destroyIcon(panels_[size_t(position - 1)]);
     panels_.erase(panels_.begin() + (position - 1));
     Draw();
@@ -115,6 +119,7 @@ void cNoStatusBar::ImageList(const ImageListValue& vThis) {
 
 void cNoStatusBar::Create(DrawingTarget* objThis) {
     target_ = objThis;
+    drawn_.reset();
     bool usable = target_ != nullptr;
     if (usable) {
         try {
@@ -179,8 +184,13 @@ qint32 cNoStatusBar::PanelIndex(const PanelRef& vKey) const {
 }
 
 void cNoStatusBar::PanelText(const PanelRef& vKey, const QString& sText) {
-    panel(vKey).sText = sText;
-    Draw();
+    const qint32 position = PanelIndex(vKey);
+    QString& text = panels_[size_t(position - 1)].sText;
+    const bool same = text == sText;
+    text = sText;
+    // A caret move sets two panel texts: repainting the whole bar for each was most of its cost.
+    if (!drawOnlyPanel(same ? 0 : position))
+        Draw();
 }
 
 QString cNoStatusBar::PanelText(const PanelRef& vKey) const { return panel(vKey).sText; }
@@ -193,8 +203,53 @@ void cNoStatusBar::PanelTextWiden(const PanelRef& vKey, const QString& sText) {
     if (needed > now) {
         p.lIdealWidth = needed;
         p.bFitContents = true;
+        Draw();
+        return;
     }
-    Draw();
+    if (!drawOnlyPanel(PanelIndex(vKey)))
+        Draw();
+}
+
+bool cNoStatusBar::PanelTextLater(const PanelRef& vKey, const QString& sText, bool widen) {
+    const qint32 position = PanelIndex(vKey);
+    StatusPanel& p = panels_[size_t(position - 1)];
+    if (p.sText == sText)
+        return false;
+    p.sText = sText;
+    for (auto& [at, w] : pending_) {
+        if (at == position) {
+            w = w || widen;
+            return true;
+        }
+    }
+    pending_.emplace_back(position, widen);
+    return true;
+}
+
+bool cNoStatusBar::DrawPending() {
+    if (pending_.empty())
+        return false;
+    bool whole = false;
+    for (const auto& [position, widen] : pending_) {
+        if (!widen || position > PanelCount())
+            continue;
+        StatusPanel& p = panels_[size_t(position - 1)];
+        const qint32 now = p.bFitContents ? p.lIdealWidth : p.lMinWidth;
+        const qint32 needed = idealWidth(target_->measureText(p.sText).width(), p.lMinWidth);
+        if (needed > now) {
+            p.lIdealWidth = needed;
+            p.bFitContents = true;
+            whole = true;
+        }
+    }
+    const auto pending = std::exchange(pending_, {});
+    for (const auto& [position, widen] : pending) {
+        if (whole || position > PanelCount() || !drawOnlyPanel(position)) {
+            Draw();
+            break;
+        }
+    }
+    return true;
 }
 
 void cNoStatusBar::PanelSpring(const PanelRef& vKey, bool bState) {
@@ -286,29 +341,69 @@ void cNoStatusBar::Draw() {
     target_->fillRect(client, systemColor(kColorButtonFace));
     LayoutPanels();
 
+    drawn_.reset();
+    pending_.clear();
     if (simpleMode_) {
         target_->drawText(simpleText_, client, kTextPanel);
     } else {
         for (const StatusPanel& p : panels_) {
             bool last = false;
-            BarRect r = paintRect(p.rect, client.right, last);
-            if (p.hIcon == 0) {
-                target_->drawPanel(r, p.sText, p.eStyle);
-            } else {
-                target_->drawPanel(r, QString(), p.eStyle);
-                const BarPoint at = iconOrigin(r, iconSize_);
-                target_->drawIcon(at.x, at.y, p.hIcon, iconSize_, iconSize_);
-                if (!p.sText.isEmpty()) {
-                    r.left += iconSize_ + 4;
-                    target_->drawText(p.sText, r, kTextPanel);
-                }
-            }
+            paintPanel(p, paintRect(p.rect, client.right, last));
             if (last)
                 break;
         }
+        Drawn d{client, {}, iconSize_, target_->font()};
+        for (const StatusPanel& p : panels_)
+            d.rects.push_back(p.rect);
+        drawn_ = std::move(d);
     }
     if (sizeGrip_)
         drawGrip(client);
+}
+
+void cNoStatusBar::paintPanel(const StatusPanel& p, BarRect r) {
+    if (p.hIcon == 0) {
+        target_->drawPanel(r, p.sText, p.eStyle);
+        return;
+    }
+    target_->drawPanel(r, QString(), p.eStyle);
+    const BarPoint at = iconOrigin(r, iconSize_);
+    target_->drawIcon(at.x, at.y, p.hIcon, iconSize_, iconSize_);
+    if (!p.sText.isEmpty()) {
+        r.left += iconSize_ + 4;
+        target_->drawText(p.sText, r, kTextPanel);
+    }
+}
+
+// Paints panel `position` (none for 0) over what the last whole Draw left, with the same calls that Draw
+// makes for it. False when that picture no longer holds: the layout, the font or the surface has changed
+// since, or the bar shows its simple text. Then only a whole Draw shows the bar right.
+bool cNoStatusBar::drawOnlyPanel(qint32 position) {
+    if (!drawn_ || simpleMode_ || drawn_->rects.size() != panels_.size())
+        return false;
+    const BarRect client = target_->clientRect();
+    if (client != drawn_->client || iconSize_ != drawn_->iconSize || !(target_->font() == drawn_->font))
+        return false;
+    LayoutPanels();
+    for (size_t i = 0; i < panels_.size(); ++i) {
+        if (panels_[i].rect != drawn_->rects[i])
+            return false;
+    }
+    for (qint32 i = 1; i <= position; ++i) {
+        bool last = false;
+        const BarRect r = paintRect(panels_[size_t(i - 1)].rect, client.right, last);
+        if (i == position) {
+            target_->fillRect(r, systemColor(kColorButtonFace));
+            paintPanel(panels_[size_t(i - 1)], r);
+            // The grip lies over the corner: a panel that reaches it is painted under it again.
+            const qint32 height = client.bottom - client.top;
+            if (sizeGrip_ && r.right > client.right - 2 * height)
+                drawGrip(client);
+        }
+        if (last)
+            break;
+    }
+    return true;
 }
 
 void cNoStatusBar::drawGrip(const BarRect& client) {

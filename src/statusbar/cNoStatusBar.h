@@ -63,6 +63,12 @@ public:
     // PanelText set, and a panel too narrow for the new text fits to its contents from then on: it widens
     // to what the text needs and never narrows again, so the panels beside it don't move with every change.
     void PanelTextWiden(const PanelRef& vKey, const QString& sText);
+    // PanelText set (or PanelTextWiden for `widen`) without painting: the panel is painted by the next
+    // DrawPending or Draw, so a window can paint once for many changes. False when the text is the same.
+    bool PanelTextLater(const PanelRef& vKey, const QString& sText, bool widen);
+    // Paints the panels whose texts changed since the last painting: each alone, or the whole bar when a
+    // panel widened. Gives whether anything was painted.
+    bool DrawPending();
     void PanelSpring(const PanelRef& vKey, bool bState);
     bool PanelSpring(const PanelRef& vKey) const;
     void PanelFitToContents(const PanelRef& vKey, bool bState);
@@ -86,6 +92,8 @@ private:
     void MeasurePanels(qint32 first, qint32 last);
     void LayoutPanels();
     void drawGrip(const BarRect& client);
+    void paintPanel(const StatusPanel& p, BarRect r);
+    bool drawOnlyPanel(qint32 position);
 
     IconSource& icons_;
     DrawingTarget* target_ = nullptr;
@@ -97,4 +105,13 @@ private:
     qint32 barHeight_ = 0;
     bool simpleMode_ = false;
     QString simpleText_;
+    // What the last whole Draw left on the target, so that a text change can repaint one panel alone.
+    struct Drawn {
+        BarRect client;
+        std::vector<BarRect> rects;
+        qint32 iconSize = 0;
+        BarFont font;
+    };
+    std::optional<Drawn> drawn_;
+    std::vector<std::pair<qint32, bool>> pending_;  // position, widen
 };

@@ -15,6 +15,11 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/allocator_interface.h>
+#endif
+
+#include <atomic>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -215,4 +220,37 @@ TEST(RecoveryWatch, RestoredTextIsUndoableAndWatched) {
     EXPECT_EQ(t.written(), (RecoveryRecord{t.source, ownProcessId(), "NEW\r\nTEXT"}));
     t.doc->View->document().Undo();
     EXPECT_EQ(t.doc->View->Text(), "OLD\n");
+}
+
+#if defined(__SANITIZE_ADDRESS__)
+namespace {
+std::atomic<bool> watching{false};
+std::atomic<size_t> largest{0};
+void noteMalloc(const volatile void*, size_t size) {
+    if (watching && size > largest)
+        largest = size;
+}
+void noteFree(const volatile void*) {}
+}  // namespace
+#endif
+
+TEST(RecoveryWatch, ACopyOfALargeTextMakesNoSecondCopyOfIt) {
+#if defined(__SANITIZE_ADDRESS__)
+    static const bool hooked = __sanitizer_install_malloc_and_free_hooks(noteMalloc, noteFree) != 0;
+    ASSERT_TRUE(hooked);
+    Watched t;
+    QString big;
+    for (int i = 0; big.size() < 3'000'000; ++i)
+        big += QStringLiteral("    HSerOut [\"Line \", DEC %1, 13, 10] ' é\n").arg(i);
+    t.doc->View->SetText(big);
+    typeText(t.doc->View->editorWidget(), "x");
+    largest = 0;
+    watching = true;
+    t.watch->RecoveryTimer_Timer();
+    watching = false;
+    EXPECT_LT(largest.load(), size_t(64 * 1024)) << "the text was copied while it was written";
+    EXPECT_EQ(t.written()->text, "x" + big);
+#else
+    GTEST_SKIP() << "allocations are watched in the sanitizer build";
+#endif
 }

@@ -4,6 +4,7 @@
 #include "statusbar/StatusPicture.h"
 
 #include <QImage>
+#include <QRegularExpression>
 
 namespace {
 
@@ -103,4 +104,81 @@ TEST(StatusPicture, ShowsPanelsIconAndGrip) {
     // Nothing new to show: the picture asks for a Draw.
     pic.grab();
     EXPECT_EQ(paints, 1);
+}
+
+TEST(StatusDraw, ATextChangeRepaintsItsPanelAloneUntilTheLayoutChanges) {
+    BarOnTarget b;
+    b.bar.SizeGrip(true);
+    b.bar.Draw();
+    EXPECT_EQ(paint(b, [&] { b.bar.PanelText(1, "Line: 2 Col: 5"); }),
+              (QStringList{"Fill 0,0,99,20 8000000f", "Panel 0,0,99,20 [Line: 2 Col: 5] 0"}));
+    EXPECT_TRUE(paint(b, [&] { b.bar.PanelText(1, "Line: 2 Col: 5"); }).isEmpty());
+    // The last panel lies under the grip, which is laid over it again.
+    const QStringList last = paint(b, [&] { b.bar.PanelText(3, "PBP"); });
+    EXPECT_EQ(last.mid(0, 2), (QStringList{"Fill 250,0,300,20 8000000f", "Panel 250,0,300,20 [PBP] 0"}));
+    EXPECT_EQ(last.filter("Text ").join('|'), "Text -2,-1,298,19 [o] 2a|Text -2,-1,298,19 [p] 2a");
+    // A widened panel moves the others, and an offset, a spring or a font set without painting shows at the next text.
+    EXPECT_EQ(paint(b, [&] { b.bar.PanelTextWiden(1, "Line: 12345 Col: 123"); }).first(), "Fill 0,0,300,20 8000000f");
+    const std::function<void()> unpainted[] = {[&] { b.bar.SetLeftTopOffsets(2, 0); },
+                                               [&] { b.bar.PanelSpring(3, true); },
+                                               [&] { b.bar.Font({QStringLiteral("Tahoma"), 9}); },
+                                               [&] { b.target.client.right = 280; }};
+    for (const auto& change : unpainted) {
+        EXPECT_TRUE(paint(b, change).filter(QRegularExpression("^(Fill|Panel|Text)")).isEmpty());
+        EXPECT_EQ(paint(b, [&] { b.bar.PanelText(2, "x"); }).filter("Panel ").size(), 3);
+    }
+    b.bar.SimpleMode(true);
+    EXPECT_EQ(paint(b, [&] { b.bar.PanelText(1, "y"); }).mid(0, 2),
+              (QStringList{"Fill 0,0,280,20 8000000f", "Text 0,0,280,20 [] 24"}));
+}
+
+TEST(StatusPicture, APanelRepaintedAloneLooksAsTheWholeBarDoes) {
+    StatusPicture pic;
+    pic.resize(400, 22);
+    pic.show();
+    cNoStatusBar bar(pic.icons());
+    QPixmap red(16, 16);
+    red.fill(Qt::red);
+    PixmapImageList list(pic.icons(), {red});
+    bar.ImageList(&list);
+    bar.Create(&pic.target());
+    bar.AddPanel(0, QStringLiteral("Line: 1 Col: 1"), -1, 100);
+    bar.AddPanel(0, QStringLiteral("Make pin output high."), 0, 64, true);
+    bar.AddPanel(0, QStringLiteral("PBC"), -1, 40);
+    bar.SizeGrip(true);
+    bar.Draw();
+    bar.PanelText(1, QStringLiteral("Line: 20 Col: 8"));
+    bar.PanelText(2, QStringLiteral("Delay (1mSec resolution)."));
+    bar.PanelText(3, QStringLiteral("PBP"));
+    const QImage alone = pic.target().pixmap().toImage();
+    bar.Draw();
+    EXPECT_EQ(alone, pic.target().pixmap().toImage());
+    EXPECT_NE(alone, QImage());
+}
+
+TEST(StatusDraw, HeldBackTextsPaintOnceEachAtTheNextPendingDraw) {
+    BarOnTarget b;
+    b.bar.Draw();
+    EXPECT_TRUE(paint(b, [&] {
+                    EXPECT_TRUE(b.bar.PanelTextLater(1, "Ln 2", true));
+                    EXPECT_TRUE(b.bar.PanelTextLater(3, "PBP", true));
+                    EXPECT_TRUE(b.bar.PanelTextLater(1, "Ln 3", true));
+                    EXPECT_FALSE(b.bar.PanelTextLater(3, "PBP", false));
+                }).isEmpty());
+    EXPECT_EQ(b.bar.PanelText(1), "Ln 3");
+    EXPECT_EQ(paint(b, [&] { b.bar.DrawPending(); }).filter("Panel "),
+              (QStringList{"Panel 0,0,99,20 [Ln 3] 0", "Panel 250,0,300,20 [PBP] 0"}));
+    EXPECT_FALSE(b.bar.DrawPending());
+    // A text wider than its panel widens it: the whole bar is painted, and the panel stays wide.
+    b.bar.PanelTextLater(1, "Line: 12345 Col: 123", true);
+    EXPECT_EQ(paint(b, [&] { b.bar.DrawPending(); }).filter("Panel ").size(), 3);
+    EXPECT_EQ(b.bar.GetPanelRect(1).right, 20 * 7 + 12 - 1);
+    b.bar.PanelTextLater(1, "Line: 1 Col: 1", true);
+    b.bar.PanelTextLater(2, "Make pin output high.", false);
+    EXPECT_EQ(paint(b, [&] { b.bar.DrawPending(); }).filter("Panel ").size(), 2);
+    EXPECT_EQ(b.bar.GetPanelRect(1).right, 20 * 7 + 12 - 1);
+    // A whole Draw takes what was held back with it.
+    b.bar.PanelTextLater(2, "x", false);
+    b.bar.Draw();
+    EXPECT_FALSE(b.bar.DrawPending());
 }
