@@ -77,16 +77,16 @@ QByteArray sourceText(int lines) {
     return out;
 }
 
-const QString& sourceFile() {
+// A source of `lines` lines, written once per size.
+QString sourceFile(int lines = 100000) {
     static QTemporaryDir dir;
-    static const QString path = [] {
-        const QString p = dir.filePath("big.pbp");
+    const QString p = dir.filePath(QStringLiteral("big%1.pbp").arg(lines));
+    if (!QFile::exists(p)) {
         QFile f(p);
         f.open(QIODevice::WriteOnly);
-        f.write(sourceText(100000));
-        return p;
-    }();
-    return path;
+        f.write(sourceText(lines));
+    }
+    return p;
 }
 
 // Each editor opens the file its own way: ours through Document, the plain one by reading it whole.
@@ -157,7 +157,7 @@ void typeChar(QsciScintilla& w) {
 
 template <class Editor>
 void OpenFileAndTypeAtEnd(benchmark::State& state) {
-    const QString& path = sourceFile();
+    const QString path = sourceFile(int(state.range(0)));
     for (auto _ : state) {
         Editor e;
         show(e.window());
@@ -175,7 +175,7 @@ template <class Editor>
 void KeystrokeAtEndOfFile(benchmark::State& state) {
     Editor e;
     show(e.window());
-    e.open(sourceFile());
+    e.open(sourceFile(int(state.range(0))));
     e.widget().SendScintilla(QsciScintilla::SCI_DOCUMENTEND);
     QApplication::processEvents();
     for (auto _ : state) {
@@ -254,12 +254,12 @@ void ReplaceAllInLargeFile(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK_TEMPLATE(OpenFileAndTypeAtEnd, Plain)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_TEMPLATE(OpenFileAndTypeAtEnd, PlainTuned)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_TEMPLATE(OpenFileAndTypeAtEnd, Ours)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_TEMPLATE(KeystrokeAtEndOfFile, Plain)->Unit(benchmark::kMicrosecond)->UseRealTime();
-BENCHMARK_TEMPLATE(KeystrokeAtEndOfFile, PlainTuned)->Unit(benchmark::kMicrosecond)->UseRealTime();
-BENCHMARK_TEMPLATE(KeystrokeAtEndOfFile, Ours)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK_TEMPLATE(OpenFileAndTypeAtEnd, Plain)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_TEMPLATE(OpenFileAndTypeAtEnd, PlainTuned)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_TEMPLATE(OpenFileAndTypeAtEnd, Ours)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_TEMPLATE(KeystrokeAtEndOfFile, Plain)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK_TEMPLATE(KeystrokeAtEndOfFile, PlainTuned)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK_TEMPLATE(KeystrokeAtEndOfFile, Ours)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(RefreshDuringCompile_Plain)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(RefreshDuringCompile_Ours)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK_TEMPLATE(ReplaceAllInLargeFile, PlainTuned)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -4,6 +4,7 @@
 // the recent files, which the menu writes to the settings). The three run in turns in one benchmark;
 // "ratio" is jump over menu, "ratio_open" jump over the bare open, and the "_ms" counters the mean of each.
 #include "BenchMain.h"
+#include "BenchWorld.h"
 #include "compile/CompilerScreen.h"
 #include "core/Globals.h"
 #include "core/ToolIds.h"
@@ -31,12 +32,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr int kMessageLine = 700;  // of the INCLUDE, from 1
 
-void settle() {
-    for (int i = 0; i < 3; ++i) {
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents(QEventLoop::AllEvents);
-    }
-}
 
 // The File > Open dialog answers with the INCLUDE; no box is expected.
 class OpenPrompts : public Prompts {
@@ -51,33 +46,16 @@ public:
     std::optional<qint32> chooseColor(qint32) override { return std::nullopt; }
 };
 
-struct World {
-    QTemporaryDir config, app, state;
+struct World : BenchWorld {
     OpenPrompts prompts;
-    PosixLauncher launcher;
-    PosixPaths paths{app.path()};
     QString source, include;
-    World() {
-        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
-        qputenv("XDG_STATE_HOME", state.path().toLocal8Bit());
-        QFile::copy(QStringLiteral(QB_SOURCE_DIR "/data/device.ide"), app.filePath(QStringLiteral("device.ide")));
-        globals().prompts = &prompts;
-        globals().launcher = &launcher;
-        globals().paths = &paths;
+    World() : BenchWorld(prompts) {
         source = write("led/blink.pbp", "INCLUDE \"inc/defs.pbp\"\r\nmain:\r\n    HIGH PORTB.0\r\n    GOTO main\r\n");
         QByteArray defs;
         for (int i = 0; i < 1000; ++i)
             defs += "value" + QByteArray::number(i) + " VAR WORD  ' a variable of the program\r\n";
         include = write("led/inc/defs.pbp", defs);
         prompts.file = include;
-    }
-    QString write(const QString& name, const QByteArray& bytes) {
-        const QString path = app.filePath(name);
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile f(path);
-        if (f.open(QIODevice::WriteOnly))
-            f.write(bytes);
-        return path;
     }
 };
 
@@ -97,7 +75,7 @@ void BM_MessageJumpIntoUnopenedInclude(benchmark::State& state) {
     World w;
     MDIMain frame(w.source);
     frame.show();
-    settle();
+    settle(3);
     CompilerScreen& screen = CompilerScreen::instance();
     screen.show();
     screen.CompilerOutput->SetText(QStringLiteral("PICBASIC PRO(TM) Compiler 3.1, (c) x\nWARNING Line %1: Unused. "
@@ -108,7 +86,7 @@ void BM_MessageJumpIntoUnopenedInclude(benchmark::State& state) {
     m.line = kMessageLine;
     m.outputLine = 1;
     screen.showMessages(frame, {m}, w.source);
-    settle();
+    settle(3);
     auto& out = SourceViewEditor::of(*screen.CompilerOutput);
     const long at = out.SendScintilla(QsciScintillaBase::SCI_POSITIONFROMLINE, 1UL);
     const QPoint click(int(out.SendScintilla(QsciScintillaBase::SCI_POINTXFROMPOSITION, 0UL, at)) + 3,
@@ -117,7 +95,7 @@ void BM_MessageJumpIntoUnopenedInclude(benchmark::State& state) {
     const auto closeInclude = [&] {
         if (frmEditor* doc = frame.registry().find(w.include))
             doc->subWindow()->close();
-        settle();
+        settle(3);
     };
     const auto at_line = [&](int line) {
         frmEditor* doc = frame.registry().active();
@@ -130,7 +108,7 @@ void BM_MessageJumpIntoUnopenedInclude(benchmark::State& state) {
     for (auto _ : state) {
         const auto t0 = Clock::now();
         frame.SSActiveToolBars1_ToolClick(openTool);
-        settle();
+        settle(3);
         const auto t1 = Clock::now();
         if (!at_line(0))
             state.SkipWithError("the menu did not open the file");
@@ -141,7 +119,7 @@ void BM_MessageJumpIntoUnopenedInclude(benchmark::State& state) {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
         const auto t2 = Clock::now();
         doubleClick(out.viewport(), click, clock);
-        settle();
+        settle(3);
         const auto t3 = Clock::now();
         lastClick = t3;
         if (!at_line(kMessageLine - 1))
@@ -149,7 +127,7 @@ void BM_MessageJumpIntoUnopenedInclude(benchmark::State& state) {
         closeInclude();
         const auto t4 = Clock::now();
         frame.registry().show(w.include, false);
-        settle();
+        settle(3);
         const auto t5 = Clock::now();
         if (!at_line(0))
             state.SkipWithError("the registry did not open the file");
