@@ -1,6 +1,8 @@
 #pragma once
 // The parts of a SourceView, shared by the files that implement it.
 
+#include <QSet>
+
 #include "document/Document.h"
 #include "document/FindDialog.h"
 #include "document/SourceLexer.h"
@@ -71,6 +73,8 @@ struct SourceView::Impl {
     // The message mark's handle, -1 without one; the tag strip is shown while a line has a tag.
     int messageMark = -1;
     bool tagStrip = false;
+    // Lines that carry a tag: only these have an indicator of another tone to clear.
+    QSet<int> taggedLines;
     // The tags' styles, which a reset of the plain view's styles takes away.
     void defineToneStyles();
     // Takes the message mark away when a change about to happen touches its line.

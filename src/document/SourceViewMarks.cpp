@@ -92,7 +92,12 @@ void SourceView::setLineTag(int line, const QString& tag, LineTone tone) {
     e.setMarginText(line, tag, kFirstToneStyle + t);
     const long start = e.SendScintilla(Sci::SCI_POSITIONFROMLINE, line);
     const long end = e.SendScintilla(Sci::SCI_GETLINEENDPOSITION, line);
+    // A compile's output tags thousands of fresh lines: clearing the other tones there is wasted work.
+    const bool retagged = d->taggedLines.contains(line);
+    d->taggedLines.insert(line);
     for (int other = 0; other < kTones; ++other) {
+        if (other != t && !retagged)
+            continue;
         e.SendScintilla(Sci::SCI_SETINDICATORCURRENT, kFirstIndicator + other);
         if (other == t)
             e.SendScintilla(Sci::SCI_INDICATORFILLRANGE, start, end - start);
@@ -108,6 +113,7 @@ void SourceView::setLineNote(int line, const QString& note) {
 
 void SourceView::clearLineTags() {
     SourceViewEditor& e = *editor_;
+    d->taggedLines.clear();
     e.clearMarginText();
     e.clearAnnotations();
     const long length = e.SendScintilla(Sci::SCI_GETLENGTH);
