@@ -81,7 +81,7 @@ frmSetupCheck::frmSetupCheck(QWidget* owner, InputsFn inputs, SystemProbe& probe
     connect(cmdCopy, &QPushButton::clicked, this, [this] { cmdCopy_Click(); });
     connect(cmdClose, &QPushButton::clicked, this, [this] { done(Rejected); });
 
-    resize(twipsToPixelsX(12000), twipsToPixelsY(5400));
+    resize(twipsToPixelsX(14400), twipsToPixelsY(6000));
     cmdAgain_Click();
     globals().addWindow(this);
 }
