@@ -101,6 +101,7 @@ public:
     OpenSave& openSave() override { return dialog; }
     void setPBPVersion(const QString&) override {}
     void showGotoLine() override {}
+    void showSetupCheck() override {}
     void popupMenu(const QString&) override {}
     int runModal(QDialog&) override { return 0; }
     QWidget* frameWindow() override { return &window; }

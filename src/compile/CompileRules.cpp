@@ -33,6 +33,8 @@ QString compilerVersionText(const QString& output) {
     return t.mid(a, c + 1);
 }
 
+bool compilerCouldNotRun(std::optional<int> exitStatus) { return exitStatus == 126 || exitStatus == 127; }
+
 bool hasErrorLine(QIODevice& in) {
     QTextStream text(&in);
     QString line;

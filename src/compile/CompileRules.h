@@ -30,6 +30,10 @@ QString compilerVersionText(const QString& output);
 // Reads line by line from the top and stops at the first line that holds "ERROR" in any letter case.
 bool hasErrorLine(QIODevice& in);
 
+// The script's exit status when the compiler could not be run at all: 126 not executable, 127 not found
+// (the shell's numbers, also when wine is the one missing).
+bool compilerCouldNotRun(std::optional<int> exitStatus);
+
 // A compile waits this many ticks of one second for its output.
 inline constexpr int kCompileWaitTicks = 30;
 // True once the wait count, after the tick's own increment, has reached the limit.

@@ -104,7 +104,9 @@ void CompileSession::GoCompile() {
             try {
                 host_ = ProgramHost::of(P, *globals().paths, globals().wine);
             } catch (const Failure& f) {
-                plainMessage(f.description, Icon::Critical);
+                // Wine or 32-bit Wine is missing: the set-up check says what else is.
+                if (globals().prompts->messageOffering(f.description, QString(), Icon::Critical, checkSetupCaption()))
+                    doc_.frame().showSetupCheck();
                 return;
             }
             host_->prepareCompile({P, D});
@@ -253,6 +255,8 @@ void CompileSession::takeOutput() {
         shown = withOutputLine(shown, exitStatusText(QString::number(*exitStatus_)));
     if (shown != loaded)
         screen.CompilerOutput->SetText(shown);
+    if (compilerCouldNotRun(exitStatus_))
+        screen.offerSetupCheck(doc_.frame());
     if (const QString v = compilerVersionText(output_); !v.isEmpty())
         doc_.frame().setPBPVersion(v);
     QFile file(outputFile_);

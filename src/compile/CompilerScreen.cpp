@@ -17,6 +17,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QPushButton>
 #include <QScreen>
 
 #include <algorithm>
@@ -105,6 +106,12 @@ CompilerScreen::CompilerScreen(QWidget* owner) : QWidget(owner, Qt::Window) {
     MessageCount->setTextFormat(Qt::PlainText);
     MessageCount->setIndent(6);
     MessageCount->hide();
+    cmdCheckSetup = new QPushButton(checkSetupCaption(), this);
+    cmdCheckSetup->hide();
+    connect(cmdCheckSetup, &QPushButton::clicked, this, [this] {
+        if (frame_)
+            frame_->showSetupCheck();
+    });
 
     CompileScreenTimer.setInterval(1000);
     connect(&CompileScreenTimer, &QTimer::timeout, this, &CompilerScreen::CompileScreenTimer_Timer);
@@ -149,6 +156,7 @@ void CompilerScreen::setSession(CompileSession* session) {
     messages_.clear();
     current_ = -1;
     MessageCount->hide();
+    cmdCheckSetup->hide();
     Form_Resize();
     if (had && frame_)
         frame_->EnableTools();
@@ -250,6 +258,12 @@ void CompilerScreen::tell(const QString& line) {
         show();
 }
 
+void CompilerScreen::offerSetupCheck(Frame& frame) {
+    frame_ = &frame;
+    cmdCheckSetup->show();
+    Form_Resize();
+}
+
 void CompilerScreen::cancelCountdown() {
     if (!CompileScreenTimer.isActive())
         return;
@@ -302,8 +316,11 @@ void CompilerScreen::Form_Resize() {
     const int width = std::max(0, outer.width() - twipsToPixelsX(100));
     // The count stands above the output while there are messages: the output's foot lies below the client
     // area, as the outer size is taken.
-    const int top = MessageCount->isVisible() ? MessageCount->sizeHint().height() + 4 : 0;
-    MessageCount->setGeometry(0, 0, width, top);
+    const QSize button = cmdCheckSetup->isVisibleTo(this) ? cmdCheckSetup->sizeHint() : QSize(0, 0);
+    const int top = std::max(MessageCount->isVisible() ? MessageCount->sizeHint().height() + 4 : 0,
+                             button.height() ? button.height() + 4 : 0);
+    MessageCount->setGeometry(0, 0, std::max(0, width - button.width()), top);
+    cmdCheckSetup->setGeometry(width - button.width(), 2, button.width(), button.height());
     CompilerOutput->setGeometry(0, top, width, std::max(0, outer.height() - twipsToPixelsY(100) - top));
 }
 

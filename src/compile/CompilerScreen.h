@@ -18,6 +18,7 @@
 class CompileSession;
 class Frame;
 class QLabel;
+class QPushButton;
 class SourceView;
 class CompilerScreen : public QWidget {
     Q_OBJECT
@@ -75,6 +76,10 @@ public:
     // A line of the screen's own under the output, kept in sight: the countdown stops and a screen that
     // the user closed during the compile comes back.
     void tell(const QString& line);
+    // A "Check Set-up..." button above the output, for a compiler that could not be run; the next compile
+    // shown here takes it away.
+    void offerSetupCheck(Frame& frame);
+    QPushButton* cmdCheckSetup = nullptr;
 
     void CompilerOutput_KeyDown(int keyCode, int shift);
     void CompilerOutput_DblClick();

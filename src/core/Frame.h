@@ -49,6 +49,9 @@ public:
 
     // The goto line dialog, modal, over the active document.
     virtual void showGotoLine() = 0;
+    // The set-up check, beside the frame: offered where a compile or a launch failed for want of something
+    // on this machine.
+    virtual void showSetupCheck() = 0;
 
     // Shows a dialog modally; tests put a hook behind it so that nothing blocks.
     virtual int runModal(QDialog& dlg) = 0;

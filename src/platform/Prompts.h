@@ -15,6 +15,13 @@ public:
     virtual ~Prompts() = default;
     // An empty title means the application's title.
     virtual Answer message(const QString& text, const QString& title, Icon icon, Buttons buttons) = 0;
+    // The same box with OK and one more button, extra, that leads on (such as "Check Set-up..."); true
+    // when the user chose it. A prompt that has no such button shows the plain box.
+    virtual bool messageOffering(const QString& text, const QString& title, Icon icon, const QString& extra) {
+        (void)extra;
+        message(text, title, icon, Buttons::Ok);
+        return false;
+    }
     // filter is in the dialog's own form: "description|pattern|description|pattern|". A dialog starts in the
     // folder of fileName. nullopt when the user cancelled.
     virtual std::optional<QString> openFile(const QString& filter, const QString& fileName) = 0;
@@ -30,6 +37,9 @@ inline QString displayedMessageText(QString text) {
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     return text;
 }
+
+// The button that leads from a failure to the set-up check.
+inline QString checkSetupCaption() { return QStringLiteral("Check Set-up..."); }
 
 // The title every box without one of its own carries.
 inline QString applicationTitle() { return QStringLiteral("Quillbay Lite"); }

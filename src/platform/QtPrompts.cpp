@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QStringList>
 
 QStringList qtNameFilters(const QString& filter) {
@@ -26,8 +27,9 @@ QStringList qtNameFilters(const QString& filter) {
     return out;
 }
 
-Answer QtPrompts::message(const QString& text, const QString& title, Icon icon, Buttons buttons) {
-    QMessageBox box(parent_);
+namespace {
+
+void setupBox(QMessageBox& box, const QString& text, const QString& title, Icon icon) {
     box.setWindowTitle(title.isEmpty() ? applicationTitle() : title);
     // Plain text: a path with "<" or "&" in it is shown as it is.
     box.setTextFormat(Qt::PlainText);
@@ -39,6 +41,23 @@ Answer QtPrompts::message(const QString& text, const QString& title, Icon icon, 
     case Icon::Exclamation: box.setIcon(QMessageBox::Warning); break;
     case Icon::Information: box.setIcon(QMessageBox::Information); break;
     }
+}
+
+}  // namespace
+
+bool QtPrompts::messageOffering(const QString& text, const QString& title, Icon icon, const QString& extra) {
+    QMessageBox box(parent_);
+    setupBox(box, text, title, icon);
+    box.setStandardButtons(QMessageBox::Ok);
+    QPushButton* on = box.addButton(extra, QMessageBox::ActionRole);
+    box.setDefaultButton(QMessageBox::Ok);
+    box.exec();
+    return box.clickedButton() == on;
+}
+
+Answer QtPrompts::message(const QString& text, const QString& title, Icon icon, Buttons buttons) {
+    QMessageBox box(parent_);
+    setupBox(box, text, title, icon);
     switch (buttons) {
     case Buttons::Ok: box.setStandardButtons(QMessageBox::Ok); break;
     case Buttons::OkCancel: box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;

@@ -11,6 +11,7 @@ public:
     explicit QtPrompts(QWidget* parent = nullptr) : parent_(parent) {}
     void setParent(QWidget* parent) { parent_ = parent; }
     Answer message(const QString& text, const QString& title, Icon icon, Buttons buttons) override;
+    bool messageOffering(const QString& text, const QString& title, Icon icon, const QString& extra) override;
     std::optional<QString> openFile(const QString& filter, const QString& fileName) override;
     std::optional<QString> saveFile(const QString& filter, const QString& fileName, int& filterIndex) override;
     std::optional<qint32> chooseColor(qint32 initial) override;

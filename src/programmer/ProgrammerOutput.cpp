@@ -2,6 +2,7 @@
 
 #include "core/Frame.h"
 #include "core/Globals.h"
+#include "platform/Prompts.h"
 #include "platform/Twips.h"
 #include "programmer/ProgrammerSession.h"
 
@@ -42,6 +43,7 @@ ProgrammerOutput& ProgrammerOutput::showRun(Frame& frame, std::unique_ptr<Progra
     ProgrammerOutput* out = find();
     if (!out)
         out = new ProgrammerOutput(frame.frameWindow());
+    out->frame_ = &frame;
     out->setSession(std::move(session));
     out->comeForward();
     return *out;
@@ -58,7 +60,12 @@ ProgrammerOutput::ProgrammerOutput(QWidget* owner) : QWidget(owner, Qt::Window) 
     cmdClose = new QPushButton(QStringLiteral("&Close"), this);
     cmdClose->setToolTip(QStringLiteral("Hide this window; a running programmer goes on"));
 
+    cmdCheckSetup = new QPushButton(checkSetupCaption(), this);
+    cmdCheckSetup->setToolTip(QStringLiteral("What a launch needs of this machine, and what is missing"));
+    cmdCheckSetup->hide();
+
     auto* buttons = new QHBoxLayout;
+    buttons->addWidget(cmdCheckSetup);
     buttons->addStretch(1);
     buttons->addWidget(cmdStop);
     buttons->addWidget(cmdClose);
@@ -68,6 +75,7 @@ ProgrammerOutput::ProgrammerOutput(QWidget* owner) : QWidget(owner, Qt::Window) 
 
     connect(cmdStop, &QPushButton::clicked, this, [this] { cmdStop_Click(); });
     connect(cmdClose, &QPushButton::clicked, this, [this] { cmdClose_Click(); });
+    connect(cmdCheckSetup, &QPushButton::clicked, this, [this] { cmdCheckSetup_Click(); });
 
     const QSize client(twipsToPixelsX(6420), twipsToPixelsY(3195));
     resize(client);
@@ -102,6 +110,11 @@ void ProgrammerOutput::cmdStop_Click() {
 
 void ProgrammerOutput::cmdClose_Click() { close(); }
 
+void ProgrammerOutput::cmdCheckSetup_Click() {
+    if (frame_)
+        frame_->showSetupCheck();
+}
+
 void ProgrammerOutput::keyPressEvent(QKeyEvent* e) {
     if (e->key() == Qt::Key_Escape) {
         close();
@@ -115,6 +128,7 @@ void ProgrammerOutput::setSession(std::unique_ptr<ProgrammerSession> session) {
         session_->disconnect(this);
     session_ = std::move(session);
     Output->clear();
+    cmdCheckSetup->hide();
     if (!session_) {
         showState();
         return;
@@ -151,6 +165,8 @@ void ProgrammerOutput::Session_Ended() {
     const QString written = session_->output();
     const QString gap = written.isEmpty() || written.endsWith(QLatin1Char('\n')) ? QString() : QStringLiteral("\n");
     append(gap + ProgrammerSession::endText(*session_->end()) + QLatin1Char('\n'), session_->failed(), true);
+    cmdCheckSetup->setVisible(
+        ProgrammerSession::wantsSetupCheck(*session_->end(), written, session_->command().args));
     showState();
     // A failure is not left behind the frame or hidden; the keyboard stays where the user is.
     if (session_->failed() && session_->end()->how != ProcessEnd::How::Stopped) {

@@ -29,6 +29,8 @@ public:
     QPlainTextEdit* Output = nullptr;
     QPushButton* cmdStop = nullptr;
     QPushButton* cmdClose = nullptr;
+    // Shown after a run that failed for want of something on this machine.
+    QPushButton* cmdCheckSetup = nullptr;
 
     // The run it shows; null before the first.
     ProgrammerSession* session() const { return session_.get(); }
@@ -39,6 +41,7 @@ public:
 
     void cmdStop_Click();
     void cmdClose_Click();
+    void cmdCheckSetup_Click();
 
 protected:
     void keyPressEvent(QKeyEvent* e) override;
@@ -50,4 +53,5 @@ private:
     void showState();
 
     std::unique_ptr<ProgrammerSession> session_;
+    Frame* frame_ = nullptr;
 };

@@ -79,8 +79,11 @@ void GoProgram(frmEditor& doc) {
                                  ? QStringLiteral("Launch Programmer Error! \r\r") + path +
                                        QStringLiteral(" not found!")
                                  : QStringLiteral("Error! \r\r") + f.description;
-        globals().prompts->message(text, QString(), Icon::Critical, Buttons::Ok);
+        // A programmer that isn't there or needs a Wine that isn't: the set-up check says what else is missing.
+        const bool check = globals().prompts->messageOffering(text, QString(), Icon::Critical, checkSetupCaption());
         // Beside the frame, so that the user can fix the path and launch again while it stands.
         frmProgrammer::open(doc.frame(), false);
+        if (check)
+            doc.frame().showSetupCheck();
     }
 }

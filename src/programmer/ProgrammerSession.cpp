@@ -4,6 +4,8 @@
 
 #include <QPointer>
 
+#include <algorithm>
+
 ProgrammerSession::ProgrammerSession(QObject* parent) : QObject(parent) {}
 
 ProgrammerSession::~ProgrammerSession() = default;
@@ -53,6 +55,19 @@ QString ProgrammerSession::endText(const ProcessEnd& end) {
         return QStringLiteral("The programmer was stopped.");
     }
     return {};
+}
+
+bool ProgrammerSession::wantsSetupCheck(const ProcessEnd& end, const QString& output, const QStringList& args) {
+    if (end.how == ProcessEnd::How::FailedToStart)
+        return true;
+    if (end.how != ProcessEnd::How::Exited || end.exitStatus == 0)
+        return false;
+    if (end.exitStatus == 126 || end.exitStatus == 127)
+        return true;
+    const bool namesPort = std::any_of(args.begin(), args.end(),
+                                       [](const QString& a) { return a.contains(QLatin1String("/dev/")); });
+    return namesPort && (output.contains(QLatin1String("Permission denied"), Qt::CaseInsensitive) ||
+                         output.contains(QLatin1String("EACCES")));
 }
 
 QString ProgrammerSession::Channel::take(const QByteArray& bytes) {

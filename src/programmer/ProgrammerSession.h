@@ -35,6 +35,10 @@ public:
 
     // The line that tells how a run ended.
     static QString endText(const ProcessEnd& end);
+    // A run that ended for want of something on this machine: the program could not be started (126 and
+    // 127 are a shell's and wine's "cannot run" and "not found"), or a serial port that its arguments name
+    // was refused to it ("Permission denied" in its output).
+    static bool wantsSetupCheck(const ProcessEnd& end, const QString& output, const QStringList& args);
 
 signals:
     // A piece of output, line ends made "\n"; standardError tells the channel.

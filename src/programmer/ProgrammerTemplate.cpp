@@ -4,6 +4,7 @@
 #include "core/DosPath.h"
 #include "core/Convert.h"
 #include "platform/Paths.h"
+#include "platform/SerialPort.h"
 #include "platform/ProgramHost.h"
 
 #include <QHash>
@@ -60,6 +61,19 @@ bool isShortFormToken(const QString& token) {
 
 QString selectProgrammerDevice(DeviceCombo& combo) { return selectDeviceForTools(combo); }
 
+QString deviceTokenValue(const QString& token, const QString& entry) {
+    // Each tool takes the device in its own form: with or without the PIC, in upper or lower case.
+    if (isToken(token, "{DEVICENAME}"))
+        return entry.mid(3);
+    if (isToken(token, "{DEVICENAMELOWER}"))
+        return entry.mid(3).toLower();
+    if (isToken(token, "{DEVICEFULLNAME}"))
+        return entry;
+    if (isToken(token, "{DEVICEFULLNAMELOWER}"))
+        return entry.toLower();
+    return {};
+}
+
 QString TokenValue(const QString& token, const QString& pathName, DeviceCombo& devices, ProgramHost& host) {
     if (isToken(token, "{FILENAMEDOSPATH}"))
         return GetDosPath(pathName, host);
@@ -71,6 +85,13 @@ QString TokenValue(const QString& token, const QString& pathName, DeviceCombo& d
         return host.fullPath(hexFileName(pathName));
     if (isToken(token, "{DEVICENAME}"))
         return selectProgrammerDevice(devices);
+    if (isToken(token, "{DEVICENAMELOWER}") || isToken(token, "{DEVICEFULLNAME}") ||
+        isToken(token, "{DEVICEFULLNAMELOWER}")) {
+        selectProgrammerDevice(devices);  // repairs the selection as {DeviceName} does
+        return deviceTokenValue(token, devices.List(devices.ListIndex()));
+    }
+    if (isToken(token, "{SERIALPORT}"))
+        return serialPortPath(setting(Key::Port));
     return {};
 }
 

@@ -37,9 +37,15 @@ QString selectProgrammerDevice(DeviceCombo& combo);
 // Gives the value of one brace token, braces included.
 using TokenValueFn = std::function<QString(const QString& token)>;
 
+// The device forms the command line tokens give for a device list entry such as PIC16F628A:
+// {DeviceName} 16F628A, {DeviceNameLower} 16f628a, {DeviceFullName} PIC16F628A, {DeviceFullNameLower}
+// pic16f628a. Empty for a token that is none of these.
+QString deviceTokenValue(const QString& token, const QString& entry);
+
 // The token values for a programmer that runs on host: the Win tokens the whole paths as it reads them,
 // the DOS tokens GetDosPath with the host (which reports a missing file itself and gives the empty
-// string). Unknown tokens give "".
+// string), the device tokens the selected device in their forms, {SerialPort} the serial terminal's port
+// as a full path. Unknown tokens give "".
 QString TokenValue(const QString& token, const QString& pathName, DeviceCombo& devices, ProgramHost& host);
 
 // One of the two tokens whose value is a short form: empty when its file isn't there.

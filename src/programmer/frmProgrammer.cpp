@@ -6,8 +6,10 @@
 #include "core/Settings.h"
 #include "platform/Failure.h"
 #include "platform/OpenSave.h"
+#include "platform/PosixSystemProbe.h"
 #include "platform/Prompts.h"
 #include "platform/QtFixedDialog.h"
+#include "programmer/ProgrammerPresets.h"
 #include "programmer/ProgrammerTemplate.h"
 
 #include <QComboBox>
@@ -40,8 +42,9 @@ void frmProgrammer::open(Frame& frame, bool modal) {
     dlg->show();
 }
 
-frmProgrammer::frmProgrammer(Frame& frame) : QDialog(frame.frameWindow()), frame_(frame) {
-    setupFixedDialog(*this, QStringLiteral("Programmer Options"), 4500, 2475);
+frmProgrammer::frmProgrammer(Frame& frame) : QDialog(frame.frameWindow()), probe(&systemProbe()), frame_(frame) {
+    // The system's own controls fill the top 2475 twips; the presets' row lies below them.
+    setupFixedDialog(*this, QStringLiteral("Programmer Options"), 4500, 3555);
 
     Programmer = new QComboBox(this);
     for (int i = 0; i < kProgrammerKinds; ++i)
@@ -69,6 +72,21 @@ frmProgrammer::frmProgrammer(Frame& frame) : QDialog(frame.frameWindow()), frame
     cmdExit = new QPushButton(QStringLiteral("&Cancel"), this);
     cmdExit->setToolTip(QStringLiteral("Exit Programmer Screen"));
     placeInTwips(cmdExit, 1620, 1980, 1215, 375);
+
+    Label3 = new QLabel(QStringLiteral("Linux programmer &preset:"), this);
+    placeInTwips(Label3, 240, 2520, 3975, 255);
+    Preset = new QComboBox(this);
+    Preset->addItem(QStringLiteral("(none: keep the fields)"));
+    for (const ProgrammerPreset& p : programmerPresets())
+        Preset->addItem(p.name);
+    Preset->setToolTip(QStringLiteral("Fill the \"Other\" programmer's path and command line for this tool"));
+    placeInTwips(Preset, 240, 2760, 3975, 315);
+    Label3->setBuddy(Preset);
+    PresetNote = new QLabel(this);
+    PresetNote->setWordWrap(true);
+    PresetNote->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    placeInTwips(PresetNote, 240, 3105, 3975, 420);
+
     for (QPushButton* b : {Browse, cmdOK, cmdExit})
         b->setAutoDefault(false);
 
@@ -78,6 +96,7 @@ frmProgrammer::frmProgrammer(Frame& frame) : QDialog(frame.frameWindow()), frame
     setTabOrder(ProgrammerPath, Browse);
     setTabOrder(Browse, CommandOptions);
     setTabOrder(CommandOptions, cmdOK);
+    setTabOrder(cmdOK, Preset);
     cmdExit->setFocus();
 
     Form_Load();
@@ -87,6 +106,7 @@ frmProgrammer::frmProgrammer(Frame& frame) : QDialog(frame.frameWindow()), frame
     connect(Browse, &QPushButton::clicked, this, [this] { Browse_Click(); });
     connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
     connect(cmdExit, &QPushButton::clicked, this, [this] { cmdExit_Click(); });
+    connect(Preset, &QComboBox::activated, this, [this] { Preset_Click(); });
 
     globals().addWindow(this);
 }
@@ -125,6 +145,21 @@ void frmProgrammer::Programmer_Click() {
         ProgrammerPath->setText(setting(kind->pathKey));
         CommandOptions->setText(setting(kind->optionsKey));
     }
+}
+
+void frmProgrammer::Preset_Click() {
+    const int at = Preset->currentIndex() - 1;
+    if (at < 0 || at >= programmerPresets().size()) {
+        PresetNote->clear();
+        return;
+    }
+    const ProgrammerPreset& preset = programmerPresets()[at];
+    // Any of these tools runs as the "Other" kind; its stored fields give way to the preset's.
+    Programmer->setCurrentIndex(kProgrammerKinds - 1);
+    const PresetPath where = presetPath(preset, *probe);
+    ProgrammerPath->setText(where.path);
+    CommandOptions->setText(preset.options);
+    PresetNote->setText(presetPathNote(preset, where));
 }
 
 void frmProgrammer::Browse_Click() {

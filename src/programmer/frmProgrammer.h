@@ -11,6 +11,7 @@ class QKeyEvent;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class SystemProbe;
 
 class frmProgrammer : public QDialog {
     Q_OBJECT
@@ -33,12 +34,21 @@ public:
     QLineEdit* CommandOptions = nullptr;
     QPushButton* cmdOK = nullptr;
     QPushButton* cmdExit = nullptr;
+    // Below the system's own controls: the Linux programmers' presets, and where the chosen one's path
+    // came from.
+    QLabel* Label3 = nullptr;
+    QComboBox* Preset = nullptr;
+    QLabel* PresetNote = nullptr;
+    // Where a preset looks for its program: this machine, or a test's double.
+    SystemProbe* probe = nullptr;
 
     void Form_Load();
     void Programmer_Click();
     void Browse_Click();
     void cmdOK_Click();
     void cmdExit_Click();
+    // Fills the "Other" kind's fields from the chosen preset; the first entry chooses none.
+    void Preset_Click();
 
     // Closing by any way leaves the loaded windows.
     void done(int result) override;

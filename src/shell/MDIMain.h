@@ -57,6 +57,7 @@ public:
     OpenSave& openSave() override { return openSave_; }
     void setPBPVersion(const QString& text) override;
     void showGotoLine() override;
+    void showSetupCheck() override;
     void popupMenu(const QString& menuId) override;
     int runModal(QDialog& dlg) override;
     QWidget* frameWindow() override { return this; }

@@ -2,7 +2,9 @@
 #include "compile/CompileSession.h"
 #include "compile/CompilerScreen.h"
 #include "compile/frmCompile.h"
+#include "compile/CompileRules.h"
 #include "dialogs/MyAbout.h"
+#include "dialogs/frmSetupCheck.h"
 #include "programmer/ProgramAfterCompile.h"
 #include "programmer/ProgrammerRun.h"
 #include "programmer/ProgrammerTemplate.h"
@@ -18,12 +20,14 @@
 #include "shell/Arrange.h"
 #include "shell/EditorRegistry.h"
 #include "shell/CommandRules.h"
+#include "core/Convert.h"
 #include "core/Globals.h"
 #include "core/ToolIds.h"
 #include "shell/MDIMain.h"
 #include "shell/RecentFiles.h"
 #include "core/Settings.h"
 #include "shell/WindowList.h"
+#include "platform/PosixSystemProbe.h"
 #include "platform/SerialPortQt.h"
 #include "terminal/SerialTerminal.h"
 
@@ -314,6 +318,11 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
              f.runModal(MyAbout::instance(&f));
              return true;
          }},
+        {ToolId::CheckSetup,
+         [](M& f) {
+             f.showSetupCheck();
+             return true;
+         }},
         {ToolId::SerialTerminal,
          [](M& f) {
              SerialTerminal::showBeside(&f, systemSerialPorts());
@@ -325,6 +334,32 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
         {ToolId::Arrange, arrangeBy(ArrangeMode::Icons)},
     };
     return table;
+}
+
+void MDIMain::showSetupCheck() {
+    // The settings as a compile and a launch read them now, at each check.
+    frmSetupCheck::showBeside(this, [] {
+        SetupInputs in;
+        if (const auto kind = compilerKindOf(setting(Key::CompilerType))) {
+            in.compilerPath = setting(kind->pathKey);
+            in.compilerOptions = setting(kind->optionsKey);
+        }
+        in.terminalPort = serialPortPath(setting(Key::Port));
+        skipOnFailure([&] {
+            if (const auto kind = programmerKindAt(int16Of(setting(Key::ProgrammerType)))) {
+                in.programmerKind = kind->name;
+                in.programmerPath = setting(kind->pathKey);
+                const QString options = setting(kind->optionsKey);
+                // Only the port matters here; the other tokens keep a place in their arguments.
+                in.programmerArgs = templateArguments(options, [&](const QString& token) {
+                    const bool port = token.compare(QLatin1String("{SerialPort}"), Qt::CaseInsensitive) == 0;
+                    in.programmerTakesTerminalPort = in.programmerTakesTerminalPort || port;
+                    return port ? in.terminalPort : token;
+                });
+            }
+        });
+        return in;
+    }, systemProbe());
 }
 
 bool MDIMain::runCommand(Tool& tool) {

@@ -100,6 +100,8 @@ const std::vector<ToolDef> kTools = {
     {.id = ToolId::Update, .kind = K::Button, .caption = "Check for &Update"},
     {.id = ToolId::melabs, .kind = K::Button, .caption = "&microEngineering Labs, Inc."},
     {.id = ToolId::About, .kind = K::Button, .caption = "&About Quillbay Lite"},
+    {.id = ToolId::CheckSetup, .kind = K::Button, .caption = "Check &Set-up...",
+     .tooltip = "What a compile and a launch need of this machine, and what is missing"},
     {.id = ToolId::OrderOnline, .kind = K::Button, .caption = "&Order Online"},
     {.id = ToolId::ProductUpdates, .kind = K::Button, .caption = "Product &Updates"},
     {.id = ToolId::BugReport, .kind = K::Button, .caption = "E-Mail &Bug Report"},
@@ -152,7 +154,8 @@ const std::vector<ListDef> kLists = {
     {ToolId::Programmer, false, {ToolId::Epic, ToolId::ProgrammerOptions}},
     {ToolId::Options, false, {ToolId::NoMargin, ToolId::FixedMargin, ToolId::ScrollingMargin}},
     {ToolId::Window, false, {ToolId::TileH, ToolId::TileV, ToolId::Cascade, ToolId::Arrange}},
-    {ToolId::Help, false, {ToolId::Update, ToolId::VelnorSystemsontheWeb, ToolId::melabs, kSep, ToolId::About}},
+    {ToolId::Help, false,
+     {ToolId::Update, ToolId::VelnorSystemsontheWeb, ToolId::melabs, kSep, ToolId::CheckSetup, kSep, ToolId::About}},
     {ToolId::VelnorSystemsontheWeb, false,
      {ToolId::OrderOnline, ToolId::ProductUpdates, ToolId::BugReport, ToolId::QuillbayHomePage, ToolId::VelnorSystemsHomePage}},
 };

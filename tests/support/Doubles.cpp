@@ -17,6 +17,16 @@ Answer FakePrompts::message(const QString& text, const QString& title, Icon icon
     return (buttons == Buttons::YesNo || buttons == Buttons::YesNoCancel) ? Answer::Yes : Answer::Ok;
 }
 
+bool FakePrompts::messageOffering(const QString& text, const QString& title, Icon icon, const QString& extra) {
+    offered.emplace_back(boxes.size(), extra);
+    boxes.push_back({text, title, icon, Buttons::Ok});
+    if (takeOffer.empty())
+        return false;
+    const bool take = takeOffer.front();
+    takeOffer.pop_front();
+    return take;
+}
+
 std::optional<QString> FakePrompts::openFile(const QString& filter, const QString& fileName) {
     fileDialogFilters << filter;
     fileDialogNames << fileName;

@@ -34,6 +34,10 @@ public:
     std::deque<int> filterChoices;             // the filter (from 0) each save dialog is left with; else as shown
 
     Answer message(const QString& text, const QString& title, Icon icon, Buttons buttons) override;
+    // Recorded as a box with OK; the extra button's caption goes to offered, at the box's index.
+    bool messageOffering(const QString& text, const QString& title, Icon icon, const QString& extra) override;
+    std::vector<std::pair<std::size_t, QString>> offered;  // box index, extra caption
+    std::deque<bool> takeOffer;                             // answers to offers; empty: OK
     std::optional<QString> openFile(const QString& filter, const QString& fileName) override;
     std::optional<QString> saveFile(const QString& filter, const QString& fileName, int& filterIndex) override;
     std::optional<qint32> chooseColor(qint32 initial) override;

@@ -57,6 +57,8 @@ public:
     void setPBPVersion(const QString&) override {}
     void popupMenu(const QString& menuId) override { popups << menuId; }
     void showGotoLine() override { modals << QStringLiteral("Goto Line"); }
+    int setupChecks = 0;  // times the set-up check was asked for
+    void showSetupCheck() override { ++setupChecks; }
     int runModal(QDialog& dlg) override;
     QWidget* frameWindow() override { return &window; }
 };
