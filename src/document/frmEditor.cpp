@@ -26,6 +26,10 @@ namespace {
 constexpr int kKeyF2 = 113;
 // A mouse button released this close to the view's left edge selects the line.
 constexpr int kMarginPixels = 20;
+// Letters of a word typed before the completion list opens by itself.
+constexpr int kCompletionLetters = 3;
+// A program this long is scanned in a couple of milliseconds.
+constexpr int kFreshScanLines = 8000;
 
 }  // namespace
 
@@ -44,6 +48,8 @@ frmEditor::frmEditor(Frame& frame) : frame_(frame) {
     connect(View, &SourceView::LinesChanged, this, &frmEditor::View_LinesChanged);
     connect(View, &SourceView::MouseMove, this, &frmEditor::View_MouseMove);
     connect(View, &SourceView::MouseUp, this, &frmEditor::View_MouseUp);
+    connect(View, &SourceView::CharAdded, this, &frmEditor::View_CharAdded);
+    connect(View, &SourceView::CompletionWanted, this, &frmEditor::View_CompletionWanted);
     connect(View, &SourceView::ModifiedChanged, this, [this](bool modified) {
         if (QMdiSubWindow* sub = subWindow())
             sub->setWindowModified(modified);
@@ -309,6 +315,55 @@ void frmEditor::View_MouseUp(int buttons, int, int x, int y) {
     skipOnFailure([&] { frame_.EnableTools(); });
     if (buttons == kRightButton)
         skipOnFailure([&] { frame_.popupMenu(QLatin1String(ToolId::Edit)); });
+}
+
+const std::vector<ProgramSymbol>& frmEditor::programSymbols() {
+    if (!scanned_ || symbolsGeneration_ != View->textGeneration()) {
+        symbols_ = scanProgram(View->Text());
+        symbolsGeneration_ = View->textGeneration();
+        scanned_ = true;
+        ++scans_;
+    }
+    return symbols_;
+}
+
+void frmEditor::View_CompletionWanted() { openCompletion(true); }
+
+void frmEditor::openCompletion(bool asked) {
+    skipOnFailure([&] {
+        const Globals& g = globals();
+        completion_.setLanguage(g.UsePBP, g.Ports);
+        // Opening by itself while typing, a long program takes the names of its last scan (the explorer's,
+        // after the last pause): a full scan there would stall every third letter.
+        const bool fresh = asked || !scanned_ || View->document().NumLines() < kFreshScanLines;
+        View->showCompletion(completion_.words(fresh ? programSymbols() : symbols_));
+    });
+}
+
+void frmEditor::View_CharAdded(int ch) {
+    int col = 0, line = 0, startCol = 0, startLine = 0;
+    QString text;
+    skipOnFailure([&] {
+        View->GetSel(startCol, startLine, col, line);
+        text = View->document().GetLine(line);
+    });
+    if (ch == ' ') {
+        skipOnFailure([&] {
+            if (const std::optional<QString> tip = callTip(text, col, globals().PBPCodes))
+                View->showCallTip(*tip);
+        });
+        return;
+    }
+    // Only the third letter opens it: a list closed with Escape stays closed while the word grows.
+    if (View->completionShown())
+        return;
+    const std::optional<int> start = completionStart(text, col);
+    if (!start || col - *start != kCompletionLetters)
+        return;
+    bool automatic = true;
+    skipOnFailure([&] { automatic = setting(Key::AutoComplete) != QLatin1String("0"); });
+    if (automatic)
+        openCompletion(false);
 }
 
 ToolState documentToolState(const Editors& editors) {
