@@ -25,6 +25,7 @@
 #include "core/Settings.h"
 #include "shell/WindowList.h"
 #include "platform/SerialPortQt.h"
+#include "shell/CodeExplorer.h"
 #include "terminal/SerialTerminal.h"
 
 #include <QFileInfo>
@@ -312,6 +313,19 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
          [](M& f) {
              // OK unloads the box; it isn't touched afterwards.
              f.runModal(MyAbout::instance(&f));
+             return true;
+         }},
+        {ToolId::CodeExplorer,
+         [](M& f) {
+             // The dock decides, and the entry follows it: a click toggles whatever state the entry showed.
+             f.showCodeExplorer(f.codeExplorer()->isHidden());
+             return true;
+         }},
+        {ToolId::AutoComplete,
+         [](M& f) {
+             const bool on = setting(Key::AutoComplete) == QLatin1String("0");
+             saveSetting(Key::AutoComplete, on ? QStringLiteral("1") : QStringLiteral("0"));
+             f.toolBars().Tools().Item(QLatin1String(ToolId::AutoComplete)).setPressed(on);
              return true;
          }},
         {ToolId::SerialTerminal,
