@@ -17,11 +17,28 @@
 #include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTest>
+#include <QKeyEvent>
 #include <Qsci/qsciscintilla.h>
 #include <benchmark/benchmark.h>
 
 namespace {
+
+// A key pressed and let go, as the keyboard gives it.
+void key(QWidget* w, Qt::Key k, Qt::KeyboardModifiers mods = Qt::NoModifier, const QString& text = {}) {
+    QKeyEvent press(QEvent::KeyPress, k, mods, text);
+    QApplication::sendEvent(w, &press);
+    QKeyEvent release(QEvent::KeyRelease, k, mods, text);
+    QApplication::sendEvent(w, &release);
+}
+
+void typeText(QWidget* w, const QString& text) {
+    for (const QChar c : text) {
+        if (c == QLatin1Char('\n'))
+            key(w, Qt::Key_Return);
+        else
+            key(w, Qt::Key(c.toUpper().unicode()), Qt::NoModifier, QString(c));
+    }
+}
 
 void settle() {
     for (int i = 0; i < 5; ++i) {
@@ -121,16 +138,16 @@ void BM_KeystrokeAtEndOf100kLines(benchmark::State& state, bool shown) {
     settle();
     frmEditor* doc = frame.activeDocument();
     QWidget* keys = doc->View->editorWidget();
-    QTest::keyClick(keys, Qt::Key_End, Qt::ControlModifier);
+    key(keys, Qt::Key_End, Qt::ControlModifier);
     const QString statement = QStringLiteral("    HIGH PORTB.0 : x = x + 1\n");
     qsizetype at = 0;
     for (auto _ : state) {
         const QChar c = statement[at];
         at = (at + 1) % statement.size();
         if (c == QLatin1Char('\n'))
-            QTest::keyClick(keys, Qt::Key_Return);
+            key(keys, Qt::Key_Return);
         else
-            QTest::keyClicks(keys, QString(c));
+            typeText(keys, QString(c));
         QCoreApplication::processEvents();
     }
     state.counters["names"] = double(doc->programSymbols().size());
@@ -145,11 +162,11 @@ void BM_ExplorerAfterPause(benchmark::State& state) {
     frame.show();
     settle();
     frmEditor* doc = frame.activeDocument();
-    QTest::keyClick(doc->View->editorWidget(), Qt::Key_End, Qt::ControlModifier);
+    key(doc->View->editorWidget(), Qt::Key_End, Qt::ControlModifier);
     int n = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        QTest::keyClicks(doc->View->editorWidget(), QStringLiteral("\nnew%1:").arg(n++));
+        typeText(doc->View->editorWidget(), QStringLiteral("\nnew%1:").arg(n++));
         state.ResumeTiming();
         frame.codeExplorer()->refresh();
     }
@@ -163,20 +180,20 @@ void BM_CompletionOpen(benchmark::State& state) {
     settle();
     frmEditor* doc = frame.activeDocument();
     QWidget* keys = doc->View->editorWidget();
-    QTest::keyClick(keys, Qt::Key_End, Qt::ControlModifier);
-    QTest::keyClicks(keys, QStringLiteral("\nse"));
+    key(keys, Qt::Key_End, Qt::ControlModifier);
+    typeText(keys, QStringLiteral("\nse"));
     for (auto _ : state) {
         state.PauseTiming();
         // An edit first, so the program's names are scanned afresh.
-        QTest::keyClicks(keys, QStringLiteral("r"));
-        QTest::keyClick(keys, Qt::Key_Backspace);
+        typeText(keys, QStringLiteral("r"));
+        key(keys, Qt::Key_Backspace);
         state.ResumeTiming();
-        QTest::keyClick(keys, Qt::Key_Space, Qt::ControlModifier);
+        key(keys, Qt::Key_Space, Qt::ControlModifier);
         QCoreApplication::processEvents();
         state.PauseTiming();
         if (!doc->View->completionShown())
             state.SkipWithError("no list");
-        QTest::keyClick(keys, Qt::Key_Escape);
+        key(keys, Qt::Key_Escape);
         state.ResumeTiming();
     }
     state.counters["words"] = double(doc->View->completionWords().size());
@@ -190,8 +207,8 @@ void BM_CompletionOpen_BareListBaseline(benchmark::State& state) {
     frame.show();
     settle();
     frmEditor* doc = frame.activeDocument();
-    QTest::keyClick(doc->View->editorWidget(), Qt::Key_End, Qt::ControlModifier);
-    QTest::keyClicks(doc->View->editorWidget(), QStringLiteral("\nse"));
+    key(doc->View->editorWidget(), Qt::Key_End, Qt::ControlModifier);
+    typeText(doc->View->editorWidget(), QStringLiteral("\nse"));
     doc->View_CompletionWanted();
     const std::vector<QString> words = doc->View->completionWords();
     QByteArray list;

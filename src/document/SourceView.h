@@ -142,6 +142,8 @@ public:
     // far selecting in it; false where nothing is completed (a comment, a string). The word chosen goes
     // in with the case of the typed prefix.
     bool showCompletion(const std::vector<QString>& words);
+    // The part of the word before the caret that the list would match; nullopt where nothing is completed.
+    std::optional<QString> completionPrefix() const;
     bool completionShown() const;
     // The words of the list shown last.
     const std::vector<QString>& completionWords() const;

@@ -175,6 +175,16 @@ bool SourceView::showCompletion(const std::vector<QString>& words) {
     return completionShown();
 }
 
+std::optional<QString> SourceView::completionPrefix() const {
+    int col = 0, line = 0;
+    columnAndLine(*editor_, send(*editor_, Sci::SCI_GETCURRENTPOS), col, line);
+    const QString text = lineText(*editor_, line);
+    const std::optional<int> start = completionStart(text, col);
+    if (!start)
+        return std::nullopt;
+    return text.mid(*start, col - *start);
+}
+
 bool SourceView::completionShown() const { return send(*editor_, Sci::SCI_AUTOCACTIVE) != 0; }
 
 const std::vector<QString>& SourceView::completionWords() const { return d->completion; }

@@ -30,6 +30,7 @@ constexpr int kMarginPixels = 20;
 constexpr int kCompletionLetters = 3;
 // A program this long is scanned in a couple of milliseconds.
 constexpr int kFreshScanLines = 8000;
+constexpr int kScanPauseMs = 250;
 
 }  // namespace
 
@@ -50,6 +51,14 @@ frmEditor::frmEditor(Frame& frame) : frame_(frame) {
     connect(View, &SourceView::MouseUp, this, &frmEditor::View_MouseUp);
     connect(View, &SourceView::CharAdded, this, &frmEditor::View_CharAdded);
     connect(View, &SourceView::CompletionWanted, this, &frmEditor::View_CompletionWanted);
+    // A long program's names are scanned again at a pause in typing, once anyone asked for them.
+    scanTimer_.setSingleShot(true);
+    scanTimer_.setInterval(kScanPauseMs);
+    connect(&scanTimer_, &QTimer::timeout, this, [this] { skipOnFailure([&] { programSymbols(); }); });
+    connect(View, &SourceView::TextEdited, this, [this] {
+        if (scanned_ && View->document().NumLines() >= kFreshScanLines)
+            scanTimer_.start();
+    });
     connect(View, &SourceView::ModifiedChanged, this, [this](bool modified) {
         if (QMdiSubWindow* sub = subWindow())
             sub->setWindowModified(modified);
@@ -327,16 +336,28 @@ const std::vector<ProgramSymbol>& frmEditor::programSymbols() {
     return symbols_;
 }
 
-void frmEditor::View_CompletionWanted() { openCompletion(true); }
+void frmEditor::View_CompletionWanted() { openCompletion(); }
 
-void frmEditor::openCompletion(bool asked) {
+void frmEditor::openCompletion() {
     skipOnFailure([&] {
         const Globals& g = globals();
         completion_.setLanguage(g.UsePBP, g.Ports);
-        // Opening by itself while typing, a long program takes the names of its last scan (the explorer's,
-        // after the last pause): a full scan there would stall every third letter.
-        const bool fresh = asked || !scanned_ || View->document().NumLines() < kFreshScanLines;
-        View->showCompletion(completion_.words(fresh ? programSymbols() : symbols_));
+        // A long program takes the names of its last scan, made at the last pause in typing: a full scan
+        // here would stall the list, and every third letter with it.
+        const bool fresh = !scanned_ || View->document().NumLines() < kFreshScanLines;
+        const std::optional<QString> typed = View->completionPrefix();
+        if (!typed)
+            return;
+        // Only the words the typed letters begin: what the list can still show as more letters come, and
+        // a list of tens of thousands of names costs the control a third of a second to open.
+        const auto fits = [&](const QString& word) { return word.startsWith(*typed, Qt::CaseInsensitive); };
+        std::vector<ProgramSymbol> named;
+        for (const ProgramSymbol& s : fresh ? programSymbols() : symbols_)
+            if (fits(s.name))
+                named.push_back(s);
+        std::vector<QString> words = completion_.words(named);
+        std::erase_if(words, [&](const QString& w) { return !fits(w); });
+        View->showCompletion(words);
     });
 }
 
@@ -363,7 +384,7 @@ void frmEditor::View_CharAdded(int ch) {
     bool automatic = true;
     skipOnFailure([&] { automatic = setting(Key::AutoComplete) != QLatin1String("0"); });
     if (automatic)
-        openCompletion(false);
+        openCompletion();
 }
 
 ToolState documentToolState(const Editors& editors) {

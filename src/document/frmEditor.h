@@ -6,6 +6,7 @@
 #include "language/ProgramScanner.h"
 
 #include <QString>
+#include <QTimer>
 #include <QWidget>
 
 class Editors;
@@ -81,14 +82,15 @@ private:
     void shiftLines(bool outdent);
     // The sub-window shows the caption with the modified mark.
     void updateSubWindowTitle();
-    // The list of the kind's words and the program's names; asked is Ctrl+Space, else the third letter.
-    void openCompletion(bool asked);
+    // The list of the kind's words and the program's names that begin with the letters typed.
+    void openCompletion();
 
     Frame& frame_;
     CompletionWords completion_;
     std::vector<ProgramSymbol> symbols_;
     quint64 symbolsGeneration_ = 0;
     bool scanned_ = false;
+    QTimer scanTimer_;
     int scans_ = 0;
 };
 
