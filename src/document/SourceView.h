@@ -134,6 +134,8 @@ public:
     bool gotoBookmark(bool forward);
     // ' comments on or off for the caret's line or every line of the selection, as one undo step.
     void toggleLineComments();
+    // The line unfolded and brought into view a third of the way down, the caret at its start.
+    void showLine(int line);
     // The fold margin is worked out again a moment after each change; this does it now.
     void updateFolds();
     // The level the fold margin holds for a line.

@@ -96,6 +96,15 @@ bool SourceView::gotoBookmark(bool forward) {
     return true;
 }
 
+void SourceView::showLine(int line) {
+    SourceViewEditor& e = *editor_;
+    e.SendScintilla(Sci::SCI_ENSUREVISIBLE, line);
+    const long screen = send(e, Sci::SCI_LINESONSCREEN);
+    const long visible = send(e, Sci::SCI_VISIBLEFROMDOCLINE, line);
+    e.SendScintilla(Sci::SCI_SETFIRSTVISIBLELINE, std::max(0L, visible - screen / 3));
+    SetSel(0, line, 0, line);
+}
+
 void SourceView::toggleLineComments() {
     SourceViewEditor& e = *editor_;
     if (d->plain || e.isReadOnly())

@@ -72,6 +72,7 @@ CodeExplorer::CodeExplorer(Frame& frame, QWidget* parent)
     tree_->setColumnCount(3);
     tree_->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Detail"), QStringLiteral("Line")});
     tree_->setRootIsDecorated(true);
+    tree_->setIndentation(14);
     tree_->setUniformRowHeights(true);
     tree_->setAlternatingRowColors(true);
     tree_->header()->setStretchLastSection(false);
@@ -180,12 +181,12 @@ void CodeExplorer::rebuild() {
         auto* group = new QTreeWidgetItem({QStringLiteral("%1 (%2)").arg(QLatin1String(g.caption)).arg(rows.size())});
         group->setData(0, KindRole, int(g.kind));
         group->setData(0, LineRole, -1);
-        group->setFirstColumnSpanned(true);
         QFont bold = group->font(0);
         bold.setBold(true);
         group->setFont(0, bold);
         group->addChildren(rows);
         tree_->addTopLevelItem(group);
+        group->setFirstColumnSpanned(true);  // only once it is in the tree
         group->setExpanded(!collapsed_.contains(int(g.kind)));
     }
     tree_->setUpdatesEnabled(true);
@@ -204,7 +205,7 @@ void CodeExplorer::go(QTreeWidgetItem* item) {
     const int line = item->data(0, LineRole).toInt();
     frmEditor* doc = doc_;
     skipOnFailure([&] {
-        doc->View->SetSel(0, line, 0, line);
+        doc->View->showLine(line);
         doc->View->setFocus();
     });
 }

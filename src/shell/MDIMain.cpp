@@ -71,7 +71,7 @@ std::vector<QWidget*> shutdownOrder(const std::vector<QWidget*>& loaded, const Q
 }
 
 // The Code Explorer's width at a first start, and the version of the stored dock state.
-constexpr int kExplorerWidth = 220;
+constexpr int kExplorerWidth = 270;
 constexpr int kDocksVersion = 1;
 
 // Stored placement can hold anything; keep what reaches the window system inside a sane range.
