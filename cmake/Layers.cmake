@@ -17,4 +17,4 @@ layer(compile     USES document devices core platform             WINDOWS "^(frm
 layer(programmer  USES document devices core platform             WINDOWS "^(frm|ProgrammerRun|ProgrammerOutput)")
 layer(dialogs     USES document devices core platform             WINDOWS "^(frm|MyAbout)")
 layer(terminal    USES document devices core platform             WINDOWS "^SerialTerminal")
-layer(shell       USES compile programmer dialogs terminal document language devices statusbar core platform  WINDOWS "^(MDIMain|ToolBars|EditorRegistry)")
+layer(shell       USES compile programmer dialogs terminal document language devices statusbar core platform  WINDOWS "^(MDIMain|ToolBars|EditorRegistry|CodeExplorer)")

@@ -84,6 +84,8 @@ constexpr KeyInfo kKeys[] = {
     {Key::LocalEcho, "SerialTerminal", "LocalEcho", "0", false},
     {Key::TimeStamps, "SerialTerminal", "TimeStamps", "0", false},
     {Key::HexInput, "SerialTerminal", "HexInput", "0", false},
+    {Key::AutoComplete, "Editor", "AutoComplete", "1", false},
+    {Key::Docks, "Editor", "Docks", "", false},
 };
 
 const KeyInfo& info(Key k) {

@@ -44,6 +44,8 @@ enum class Key {
     svModifer, svBackGround, ViewSelBackColor, ViewSelForeColor,
     // SerialTerminal
     Port, Baud, DataBits, Parity, StopBits, LineEnd, View, LocalEcho, TimeStamps, HexInput,
+    // Editor: the completion list opening by itself; the docks' places and visibility
+    AutoComplete, Docks,
 };
 
 QString sectionOf(Key k);

@@ -74,4 +74,6 @@ inline constexpr char Tool2[] = "ID_Tool2";
 inline constexpr char GotoLabel[] = "ID_GotoLabel";
 inline constexpr char SerialTerminal[] = "ID_SerialTerminal";
 inline constexpr char CheckSetup[] = "ID_CheckSetup";
+inline constexpr char CodeExplorer[] = "ID_CodeExplorer";
+inline constexpr char AutoComplete[] = "ID_AutoComplete";
 }  // namespace ToolId

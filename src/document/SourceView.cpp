@@ -137,6 +137,7 @@ void SourceView::Impl::applyMargins() {
         e.setMarginType(kTagMargin, QsciScintilla::TextMargin);
         e.setMarginWidth(kTagMargin, QStringLiteral("warning  "));
     }
+    applyFoldMargin();
 }
 
 SourceView::SourceView(QWidget* parent, bool plainText)
@@ -162,6 +163,7 @@ SourceView::SourceView(QWidget* parent, bool plainText)
     d->applyMargins();
     d->screen.changed = [this] { d->applyLook(); };
     d->applyLook();
+    d->setUpCoding();
 
     // Only the notices before a change: QScintilla answers the ones after it by counting the characters
     // from the start of the text, for accessibility, which makes each keystroke at the end of a large
@@ -277,6 +279,7 @@ void SourceView::Refresh() {
 void SourceView::Impl::textAboutToChange(long pos, int type, const char* text, int length) {
     if (!(type & (Sci::SC_MOD_BEFOREINSERT | Sci::SC_MOD_BEFOREDELETE)))
         return;
+    ++generation;
     const int line = int(e.SendScintilla(Sci::SCI_LINEFROMPOSITION, pos));
     if (!pendingLines) {
         pendingLines = PendingLines{line, int(e.SendScintilla(Sci::SCI_GETLINECOUNT))};

@@ -5,10 +5,14 @@
 // both from 0. The original control's mode and option numbers (language mode, language flags, view
 // options, SetupView) select nothing that this one does differently, so it has none of them.
 
+#include "language/Folding.h"
+
+#include <QList>
 #include <QString>
 #include <QWidget>
 #include <memory>
 #include <optional>
+#include <vector>
 
 class Document;
 class Language;
@@ -121,8 +125,42 @@ public:
     std::optional<LineTone> lineTone(int line) const;
     QString lineNote(int line) const;
 
+    // The coding aids of a source view; a plain view has none of them.
+    // Bookmarks: marks in the strip that move with their lines. Lines ascending.
+    void toggleBookmark(int line);
+    QList<int> bookmarks() const;
+    // The caret goes to the start of the next (or previous) bookmarked line, wrapping around; false
+    // without bookmarks.
+    bool gotoBookmark(bool forward);
+    // ' comments on or off for the caret's line or every line of the selection, as one undo step.
+    void toggleLineComments();
+    // The line unfolded and brought into view a third of the way down, the caret at its start.
+    void showLine(int line);
+    // The fold margin is worked out again a moment after each change; this does it now.
+    void updateFolds();
+    // The level the fold margin holds for a line.
+    FoldLevel foldLevel(int line) const;
+    // Opens the completion list at the caret with these words (in the list's order), the word typed so
+    // far selecting in it; false where nothing is completed (a comment, a string). The word chosen goes
+    // in with the case of the typed prefix.
+    bool showCompletion(const std::vector<QString>& words);
+    // The part of the word before the caret that the list would match; nullopt where nothing is completed.
+    std::optional<QString> completionPrefix() const;
+    bool completionShown() const;
+    // The words of the list shown last.
+    const std::vector<QString>& completionWords() const;
+    void showCallTip(const QString& text);
+    bool callTipShown() const;
+    QString callTipText() const;
+    // Counts the changes of the text: what was worked out from it is stale when this moved on.
+    quint64 textGeneration() const;
+
 signals:
     void CaretMove(int x, int y);
+    // A character was typed into the text (after it went in).
+    void CharAdded(int ch);
+    // Ctrl+Space: the document window answers with showCompletion.
+    void CompletionWanted();
     void DblClick();
     void ExecuteCommandEvent(int& command);
     void KeyDown(int keyCode, int shift);

@@ -11,6 +11,9 @@
 using Sci = QsciScintillaBase;
 
 void SourceView::SetSel(int startCol, int startLine, int endCol, int endLine) {
+    // A jump leaves the word a list or a tip was about.
+    editor_->SendScintilla(Sci::SCI_AUTOCCANCEL);
+    editor_->SendScintilla(Sci::SCI_CALLTIPCANCEL);
     editor_->SendScintilla(Sci::SCI_SETSEL, positionAt(*editor_, startCol, startLine), positionAt(*editor_, endCol, endLine));
     checkCaretMoved();
 }

@@ -12,6 +12,7 @@
 
 #include <QFont>
 #include <QPointer>
+#include <QTimer>
 #include <array>
 #include <memory>
 #include <optional>
@@ -79,4 +80,19 @@ struct SourceView::Impl {
     void defineToneStyles();
     // Takes the message mark away when a change about to happen touches its line.
     void guardMessageMark(long pos, int type, int length);
+
+    // The coding aids (SourceViewCoding.cpp).
+    quint64 generation = 0;
+    QTimer foldTimer;
+    std::vector<QString> completion;
+    QString callTip;
+    void setUpCoding();
+    void applyFoldMargin();
+    // The list's choice goes in with the typed prefix's case instead of as listed.
+    void completionChosen(const char* word, long start);
+    long completionStart = 0;  // where the word being completed starts
+    // The word before the caret is the list's choice already, letter case aside, or the caret left it.
+    bool wordComplete() const;
+    // After Enter made a new line: it starts with the blanks of the line above.
+    void newLineKeepingIndent();
 };

@@ -30,6 +30,12 @@ void SourceViewEditor::keyPressEvent(QKeyEvent* e) {
         return;  // the handler closed the window
     // The control's own keys for finding and going to a line; everything else is Scintilla's.
     const int mods = e->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+    const bool enter = e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter;
+    // The coding keys belong to a program's text, not to the compiler's output.
+    const bool source = view_.sourceLexer() != nullptr;
+    // A word typed out in full needs nothing from the list: Enter and Tab do what they do without it.
+    if (source && mods == 0 && (enter || e->key() == Qt::Key_Tab) && isListActive() && view_.d->wordComplete())
+        SendScintilla(SCI_AUTOCCANCEL);
     if (mods == Qt::ControlModifier && e->key() == Qt::Key_F)
         view_.Find();
     else if (mods == Qt::ControlModifier && e->key() == Qt::Key_H)
@@ -38,8 +44,24 @@ void SourceViewEditor::keyPressEvent(QKeyEvent* e) {
         view_.ExecuteCommand(EditCommand::GotoLine);
     else if (mods == 0 && e->key() == Qt::Key_F3)
         view_.FindNext();
-    else if (isReadOnly() && (e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter))
+    else if (source && mods == Qt::ControlModifier && e->key() == Qt::Key_Space)
+        emit view_.CompletionWanted();
+    else if (source && (mods & ~Qt::ShiftModifier) == Qt::ControlModifier && e->key() == Qt::Key_Slash)
+        view_.toggleLineComments();
+    else if (source && e->key() == Qt::Key_F2 && mods == Qt::ControlModifier)
+        view_.toggleBookmark(view_.CaretY());
+    else if (source && e->key() == Qt::Key_F2 && (mods == 0 || mods == int(Qt::ControlModifier | Qt::ShiftModifier)))
+        view_.gotoBookmark(mods == 0);
+    else if (isReadOnly() && enter)
         ;  // nothing to break: the key is the KeyDown handler's, and the selection stays
+    else if (source && enter && mods == 0 && !isListActive()) {
+        beginUndoAction();
+        QsciScintilla::keyPressEvent(e);
+        view_.d->newLineKeepingIndent();
+        endUndoAction();
+    } else if ((mods & Qt::AltModifier) && !(mods & Qt::ControlModifier) && !e->text().isEmpty() &&
+               e->text().at(0).isPrint())
+        ;  // an Alt key that no menu took: Scintilla would type its letter
     else
         QsciScintilla::keyPressEvent(e);
     if (self)

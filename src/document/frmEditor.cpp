@@ -26,6 +26,11 @@ namespace {
 constexpr int kKeyF2 = 113;
 // A mouse button released this close to the view's left edge selects the line.
 constexpr int kMarginPixels = 20;
+// Letters of a word typed before the completion list opens by itself.
+constexpr int kCompletionLetters = 3;
+// A program this long is scanned in a couple of milliseconds.
+constexpr int kFreshScanLines = 8000;
+constexpr int kScanPauseMs = 250;
 
 }  // namespace
 
@@ -44,6 +49,16 @@ frmEditor::frmEditor(Frame& frame) : frame_(frame) {
     connect(View, &SourceView::LinesChanged, this, &frmEditor::View_LinesChanged);
     connect(View, &SourceView::MouseMove, this, &frmEditor::View_MouseMove);
     connect(View, &SourceView::MouseUp, this, &frmEditor::View_MouseUp);
+    connect(View, &SourceView::CharAdded, this, &frmEditor::View_CharAdded);
+    connect(View, &SourceView::CompletionWanted, this, &frmEditor::View_CompletionWanted);
+    // A long program's names are scanned again at a pause in typing, once anyone asked for them.
+    scanTimer_.setSingleShot(true);
+    scanTimer_.setInterval(kScanPauseMs);
+    connect(&scanTimer_, &QTimer::timeout, this, [this] { skipOnFailure([&] { programSymbols(); }); });
+    connect(View, &SourceView::TextEdited, this, [this] {
+        if (scanned_ && View->document().NumLines() >= kFreshScanLines)
+            scanTimer_.start();
+    });
     connect(View, &SourceView::ModifiedChanged, this, [this](bool modified) {
         if (QMdiSubWindow* sub = subWindow())
             sub->setWindowModified(modified);
@@ -309,6 +324,67 @@ void frmEditor::View_MouseUp(int buttons, int, int x, int y) {
     skipOnFailure([&] { frame_.EnableTools(); });
     if (buttons == kRightButton)
         skipOnFailure([&] { frame_.popupMenu(QLatin1String(ToolId::Edit)); });
+}
+
+const std::vector<ProgramSymbol>& frmEditor::programSymbols() {
+    if (!scanned_ || symbolsGeneration_ != View->textGeneration()) {
+        symbols_ = scanProgram(View->Text());
+        symbolsGeneration_ = View->textGeneration();
+        scanned_ = true;
+        ++scans_;
+    }
+    return symbols_;
+}
+
+void frmEditor::View_CompletionWanted() { openCompletion(); }
+
+void frmEditor::openCompletion() {
+    skipOnFailure([&] {
+        const Globals& g = globals();
+        completion_.setLanguage(g.UsePBP, g.Ports);
+        // A long program takes the names of its last scan, made at the last pause in typing: a full scan
+        // here would stall the list, and every third letter with it.
+        const bool fresh = !scanned_ || View->document().NumLines() < kFreshScanLines;
+        const std::optional<QString> typed = View->completionPrefix();
+        if (!typed)
+            return;
+        // Only the words the typed letters begin: what the list can still show as more letters come, and
+        // a list of tens of thousands of names costs the control a third of a second to open.
+        const auto fits = [&](const QString& word) { return word.startsWith(*typed, Qt::CaseInsensitive); };
+        std::vector<ProgramSymbol> named;
+        for (const ProgramSymbol& s : fresh ? programSymbols() : symbols_)
+            if (fits(s.name))
+                named.push_back(s);
+        std::vector<QString> words = completion_.words(named);
+        std::erase_if(words, [&](const QString& w) { return !fits(w); });
+        View->showCompletion(words);
+    });
+}
+
+void frmEditor::View_CharAdded(int ch) {
+    int col = 0, line = 0, startCol = 0, startLine = 0;
+    QString text;
+    skipOnFailure([&] {
+        View->GetSel(startCol, startLine, col, line);
+        text = View->document().GetLine(line);
+    });
+    if (ch == ' ') {
+        skipOnFailure([&] {
+            if (const std::optional<QString> tip = callTip(text, col, globals().PBPCodes))
+                View->showCallTip(*tip);
+        });
+        return;
+    }
+    // Only the third letter opens it: a list closed with Escape stays closed while the word grows.
+    if (View->completionShown())
+        return;
+    const std::optional<int> start = completionStart(text, col);
+    if (!start || col - *start != kCompletionLetters)
+        return;
+    bool automatic = true;
+    skipOnFailure([&] { automatic = setting(Key::AutoComplete) != QLatin1String("0"); });
+    if (automatic)
+        openCompletion();
 }
 
 ToolState documentToolState(const Editors& editors) {

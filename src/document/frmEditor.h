@@ -2,8 +2,11 @@
 // One document: a child window of the frame around its editing control.
 
 #include "core/ToolState.h"
+#include "language/Completion.h"
+#include "language/ProgramScanner.h"
 
 #include <QString>
+#include <QTimer>
 #include <QWidget>
 
 class Editors;
@@ -50,6 +53,16 @@ public:
     void View_LinesChanged(int first, int last);
     void View_MouseMove(int buttons, int shift, int x, int y);
     void View_MouseUp(int buttons, int shift, int x, int y);
+    // A blank behind a statement word shows its syntax beside the caret; the third letter of a word opens
+    // the completion list unless the setting turned that off.
+    void View_CharAdded(int ch);
+    // Ctrl+Space.
+    void View_CompletionWanted();
+
+    // What the program declares, scanned again only when the text changed since the last scan.
+    const std::vector<ProgramSymbol>& programSymbols();
+    // How many scans were made (a test sees that an unchanged text isn't scanned again).
+    int scans() const { return scans_; }
 
 signals:
     // The window is closing for good; what watches it (a running compile) stops now.
@@ -69,8 +82,16 @@ private:
     void shiftLines(bool outdent);
     // The sub-window shows the caption with the modified mark.
     void updateSubWindowTitle();
+    // The list of the kind's words and the program's names that begin with the letters typed.
+    void openCompletion();
 
     Frame& frame_;
+    CompletionWords completion_;
+    std::vector<ProgramSymbol> symbols_;
+    quint64 symbolsGeneration_ = 0;
+    bool scanned_ = false;
+    QTimer scanTimer_;
+    int scans_ = 0;
 };
 
 // What the tools depend on that the documents know: whether there are any, the active one's undo history

@@ -21,6 +21,7 @@
 #include "core/Settings.h"
 #include "devices/DeviceCatalogue.h"
 #include "platform/SingleInstance.h"
+#include "shell/CodeExplorer.h"
 #include "shell/EditorRegistry.h"
 #include "shell/EnableTools.h"
 #include "shell/RecentFiles.h"
@@ -28,6 +29,7 @@
 #include "statusbar/StatusPicture.h"
 #include "statusbar/cNoStatusBar.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -68,6 +70,10 @@ std::vector<QWidget*> shutdownOrder(const std::vector<QWidget*>& loaded, const Q
     return out;
 }
 
+// The Code Explorer's width at a first start, and the version of the stored dock state.
+constexpr int kExplorerWidth = 270;
+constexpr int kDocksVersion = 1;
+
 // Stored placement can hold anything; keep what reaches the window system inside a sane range.
 int clampedPixels(int px) { return qBound(-32000, px, 32000); }
 int twipsX(float t) { return clampedPixels(int(std::lround(qBound(-1e7, double(t), 1e7) * screenDpiX() / 1440.0))); }
@@ -95,7 +101,17 @@ MDIMain::MDIMain(QString commandLine, QWidget* parent)
     new DiskWatch(*this, *editors_, std::make_unique<QtFileWatch>(), editors_.get());
     // The paste tool follows the clipboard, also a copy made in another program.
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] { EnableTools(); });
+    explorer_ = new CodeExplorer(*this, this);
+    addDockWidget(Qt::LeftDockWidgetArea, explorer_);
+    resizeDocks({explorer_}, {kExplorerWidth}, Qt::Horizontal);
     SSActiveToolBars1.attach(*this);
+    // The menu entry follows the dock, also when its own close button hid it.
+    connect(explorer_->toggleViewAction(), &QAction::toggled, this, [this](bool shown) {
+        // Closing, the frame hides its children: the entry keeps what the dock was.
+        if (unloaded_)
+            return;
+        skipOnFailure([&] { SSActiveToolBars1.Tools().Item(QLatin1String(ToolId::CodeExplorer)).setPressed(shown); });
+    });
     connect(&SSActiveToolBars1, &SSActiveToolBars::ToolClick, this, &MDIMain::SSActiveToolBars1_ToolClick);
     connect(&SSActiveToolBars1, &SSActiveToolBars::ComboCloseUp, this, &MDIMain::SSActiveToolBars1_ComboCloseUp);
     setWindowIcon(QIcon(QStringLiteral(":/icons/compile.png")));
@@ -107,6 +123,8 @@ MDIMain::MDIMain(QString commandLine, QWidget* parent)
 }
 
 MDIMain::~MDIMain() {
+    // The tools go before the dock that the menu entry follows.
+    disconnect(explorer_->toggleViewAction(), nullptr, this, nullptr);
     // The bar gives its icons back to picStatus, so it goes first.
     m_cSBar.reset();
     // The registry goes before the area it looks at; the documents go with the area and leave the loaded
@@ -179,6 +197,11 @@ void MDIMain::MDIForm_Load() {
         setPanelText(3, pbp ? QStringLiteral("PBP") : QStringLiteral("PBC"));
     });
     skipOnFailure([&] { placeFrame(); });
+    // The docks as the last close left them; stored text that isn't such a state leaves them as they are.
+    skipOnFailure([&] { restoreState(QByteArray::fromBase64(setting(Key::Docks).toLatin1()), kDocksVersion); });
+    skipOnFailure([&] {
+        SSActiveToolBars1.Tools().Item(QLatin1String(ToolId::AutoComplete)).setPressed(setting(Key::AutoComplete) != "0");
+    });
     skipOnFailure([&] { loadRecentFiles(SSActiveToolBars1); });
     skipOnFailure([&] { GetDevices(); });
     skipOnFailure([&] { setDeviceListIndex(int16Of(setting(Key::DefaultDevice))); });
@@ -442,6 +465,7 @@ void MDIMain::MDIForm_Unload() {
         saveSetting(Key::WindowState, QString::number(state));
     });
     skipOnFailure([&] { saveRecentFiles(SSActiveToolBars1); });
+    skipOnFailure([&] { saveSetting(Key::Docks, QString::fromLatin1(saveState(kDocksVersion).toBase64())); });
     skipOnFailure([&] { saveSession(closingSession_ ? *closingSession_ : Session{}); });
     skipOnFailure([&] { saveSetting(Key::DefaultDevice, QString::number(deviceListIndex())); });
     // The other windows of the system go with the frame, the output screen first, the about box last.
@@ -533,6 +557,12 @@ void MDIMain::popupMenu(const QString& menuId) { SSActiveToolBars1.PopupMenu(men
 void MDIMain::showGotoLine() {
     frmGotoLine dlg(this);
     runModal(dlg);
+}
+
+void MDIMain::showCodeExplorer(bool shown) {
+    explorer_->setVisible(shown);
+    if (shown)
+        explorer_->raise();
 }
 
 int MDIMain::runModal(QDialog& dlg) { return modalHook ? modalHook(dlg) : dlg.exec(); }

@@ -23,6 +23,7 @@ class QCoreApplication;
 class QDialog;
 class DeviceCombo;
 class QMdiArea;
+class CodeExplorer;
 class cNoStatusBar;
 class StatusPicture;
 class QMdiSubWindow;
@@ -68,6 +69,10 @@ public:
     cNoStatusBar* statusBar() const { return m_cSBar.get(); }
     StatusPicture* statusPicture() const { return picStatus; }
     QMdiArea* mdiArea() const { return mdi_; }
+    // The dock that lists the active program's names.
+    CodeExplorer* codeExplorer() const { return explorer_; }
+    // View > Code Explorer: the dock shown or hidden, the menu entry checked with it.
+    void showCodeExplorer(bool shown);
     // The frame's active child, or null with no document.
     frmEditor* activeDocument() const;
     EditorRegistry& registry() { return *editors_; }
@@ -156,6 +161,7 @@ private:
     StatusPicture* picStatus = nullptr;
     QString commandLine_;
     QMdiArea* mdi_ = nullptr;
+    CodeExplorer* explorer_ = nullptr;
     OpenSave openSave_;
     bool loaded_ = false;
     bool loading_ = false;

@@ -29,6 +29,7 @@
 #include "shell/WindowList.h"
 #include "platform/PosixSystemProbe.h"
 #include "platform/SerialPortQt.h"
+#include "shell/CodeExplorer.h"
 #include "terminal/SerialTerminal.h"
 
 #include <QFileInfo>
@@ -321,6 +322,19 @@ const QHash<QString, MDIMain::Command>& MDIMain::commands() {
         {ToolId::CheckSetup,
          [](M& f) {
              f.showSetupCheck();
+             return true;
+         }},
+        {ToolId::CodeExplorer,
+         [](M& f) {
+             // The dock decides, and the entry follows it: a click toggles whatever state the entry showed.
+             f.showCodeExplorer(f.codeExplorer()->isHidden());
+             return true;
+         }},
+        {ToolId::AutoComplete,
+         [](M& f) {
+             const bool on = setting(Key::AutoComplete) == QLatin1String("0");
+             saveSetting(Key::AutoComplete, on ? QStringLiteral("1") : QStringLiteral("0"));
+             f.toolBars().Tools().Item(QLatin1String(ToolId::AutoComplete)).setPressed(on);
              return true;
          }},
         {ToolId::SerialTerminal,

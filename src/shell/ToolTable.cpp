@@ -67,6 +67,8 @@ const std::vector<ToolDef> kTools = {
     {.id = ToolId::GotoLine, .kind = K::Button, .caption = "&Goto Line", .keys = "Ctrl+G"},
 
     // View
+    {.id = ToolId::CodeExplorer, .kind = K::StateButton, .caption = "&Code Explorer",
+     .tooltip = "The program's labels, variables and defines beside the code", .pressed = true},
     {.id = ToolId::SerialTerminal, .kind = K::Button, .caption = "Serial &Terminal",
      .tooltip = "Talk to the board through a serial port"},
 
@@ -89,6 +91,7 @@ const std::vector<ToolDef> kTools = {
      .enabled = false, .pressed = true},
     {.id = ToolId::ScrollingMargin, .kind = K::StateButton, .caption = "&Scrolling Margin", .group = "Options",
      .enabled = false},
+    {.id = ToolId::AutoComplete, .kind = K::StateButton, .caption = "&Complete Words as You Type", .pressed = true},
 
     // Window
     {.id = ToolId::TileH, .kind = K::Button, .caption = "Tile &Horizontally"},
@@ -147,12 +150,12 @@ const std::vector<ListDef> kLists = {
       ToolId::SelectWord, kSep, ToolId::SelectionColor, ToolId::BackgroundColor, ToolId::TokenColor, kSep, ToolId::Find,
       ToolId::FindNext, ToolId::Replace, ToolId::GotoLine}},
     {ToolId::SelectionColor, false, {ToolId::SelectionTextForegroundColor, ToolId::SelectionTextBackgroundColor}},
-    {ToolId::ViewMenu, false, {ToolId::SerialTerminal}},
+    {ToolId::ViewMenu, false, {ToolId::CodeExplorer, ToolId::SerialTerminal}},
     {ToolId::CMenu, false,
      {ToolId::Compile, ToolId::CompileAndProgram, kSep, ToolId::NextMessage, ToolId::PreviousMessage, kSep,
       ToolId::CompilerOptions}},
     {ToolId::Programmer, false, {ToolId::Epic, ToolId::ProgrammerOptions}},
-    {ToolId::Options, false, {ToolId::NoMargin, ToolId::FixedMargin, ToolId::ScrollingMargin}},
+    {ToolId::Options, false, {ToolId::NoMargin, ToolId::FixedMargin, ToolId::ScrollingMargin, kSep, ToolId::AutoComplete}},
     {ToolId::Window, false, {ToolId::TileH, ToolId::TileV, ToolId::Cascade, ToolId::Arrange}},
     {ToolId::Help, false,
      {ToolId::Update, ToolId::VelnorSystemsontheWeb, ToolId::melabs, kSep, ToolId::CheckSetup, kSep, ToolId::About}},

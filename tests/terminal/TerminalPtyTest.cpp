@@ -219,8 +219,13 @@ TEST_F(PtyTest, AProgrammerNamingThePortHasItWhileItRuns) {
     EXPECT_FALSE(t->port());
     EXPECT_EQ(openOnPort(), 0);  // really closed, and the programmer can open it
     EXPECT_EQ(status(), "disconnected while a programmer uses " + pty.term);
-    EXPECT_NO_THROW(ports.open({pty.term, 9600}));
-    pty.send("boot\r\n");  // what the board says to the programmer isn't the terminal's
+    // What the board says to the programmer isn't the terminal's: the programmer reads it.
+    std::unique_ptr<SerialPort> programmer;
+    ASSERT_NO_THROW(programmer = ports.open({pty.term, 9600}));
+    pty.send("boot\r\n");
+    QByteArray heard;
+    EXPECT_TRUE(waitFor([&] { return (heard += programmer->readAll()) == "boot\r\n"; })) << heard.toStdString();
+    programmer.reset();
 
     w.launcher.runs.back()->end({ProcessEnd::How::Exited, 0, {}});
     ASSERT_TRUE(t->port());
