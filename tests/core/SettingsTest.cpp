@@ -4,6 +4,7 @@
 #include "support/Doubles.h"
 
 #include <QDir>
+#include <QDateTime>
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -61,6 +62,22 @@ TEST(Settings, HandWrittenValuesReadAsTypedAndSurviveAWrite) {
         EXPECT_EQ(setting(Key::FontName), "\"Courier\"");
         saveSetting(Key::Top, "15");
     }
+    // Another program's edit is read at once, even one of the same size within the same second; a value
+    // saved as it stands writes nothing.
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    f.write("[Startup]\nTop=16\n");
+    f.close();
+    EXPECT_EQ(setting(Key::Top), "16");
+    ASSERT_TRUE(f.open(QIODevice::ReadWrite));
+    f.seek(15);
+    f.write("7");
+    f.close();
+    EXPECT_EQ(setting(Key::Top), "17");
+    const QDateTime written = QFileInfo(settingsFilePath()).lastModified();
+    QFile::setPermissions(settingsFilePath(), QFileDevice::ReadOwner);
+    saveSetting(Key::Top, "17");
+    EXPECT_EQ(QFileInfo(settingsFilePath()).lastModified(), written);
+    QFile::setPermissions(settingsFilePath(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 
 // The session: written whole and read back; hand-made or broken values read as none, never as a failure.
