@@ -11,7 +11,9 @@
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
+#include <QFontMetrics>
 #include <QHeaderView>
+#include <QStyle>
 #include <QScrollBar>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -77,8 +79,10 @@ CodeExplorer::CodeExplorer(Frame& frame, QWidget* parent)
     tree_->setAlternatingRowColors(true);
     tree_->header()->setStretchLastSection(false);
     tree_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    tree_->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
-    tree_->header()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
+    // Sized from the longest texts at each rebuild: sizing to contents measured every row of a long list
+    // at each switch of document (30 ms for 1,000 variables).
+    tree_->header()->setSectionResizeMode(1, QHeaderView::Interactive);
+    tree_->header()->setSectionResizeMode(2, QHeaderView::Interactive);
     layout->addWidget(tree_, 1);
     setWidget(body);
 
@@ -189,8 +193,23 @@ void CodeExplorer::rebuild() {
         group->setFirstColumnSpanned(true);  // only once it is in the tree
         group->setExpanded(!collapsed_.contains(int(g.kind)));
     }
+    fitColumns(symbols);
     tree_->setUpdatesEnabled(true);
     tree_->verticalScrollBar()->setValue(scroll);
+}
+
+void CodeExplorer::fitColumns(const std::vector<ProgramSymbol>& symbols) {
+    QString detail = tree_->headerItem()->text(1), line = tree_->headerItem()->text(2);
+    for (const ProgramSymbol& s : symbols) {
+        if (const QString d = symbolDetail(s); d.size() > detail.size())
+            detail = d;
+        if (const QString n = QString::number(s.line + 1); n.size() > line.size())
+            line = n;
+    }
+    const QFontMetrics fm(tree_->font());
+    const int pad = 2 * tree_->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, tree_) + 12;
+    tree_->header()->resizeSection(1, fm.horizontalAdvance(detail) + pad);
+    tree_->header()->resizeSection(2, fm.horizontalAdvance(line) + pad);
 }
 
 void CodeExplorer::go(QTreeWidgetItem* item) {

@@ -45,6 +45,7 @@ private:
     void Editors_TextChanged(frmEditor* doc);
     void Editors_Closed(frmEditor* doc);
     void rebuild();
+    void fitColumns(const std::vector<ProgramSymbol>& symbols);
     void openInclude(const QString& included);
 
     Frame& frame_;
