@@ -104,7 +104,8 @@ def figure(results, row):
     m = re.match(r"^counter(?::(.*))?$", show)
     if m:
         unit = m.group(1) or ""
-        return spread(vals, lambda v: f"{v:.3g}{(' ' + unit) if unit else ''}")
+        sep = "" if unit in ("", "×") else " "
+        return spread(vals, lambda v: f"{v:.3g}{sep}{unit}")
     sys.exit(f"table.tsv: unknown show '{show}'")
 
 
@@ -115,15 +116,15 @@ def values_for_amount(results, row):
 
 # The figure: start, memory and typing cost against document count and file size.
 PLOT = [
-    ("Start restoring a session, all back", "documents; ms", [
+    ("Start restoring a session (ms)", "documents", [
         ("all back", "bench_startup:BM_StartRestoringSession_AllBack/{x}", [1, 20, 200]),
         ("frame answers", "bench_startup:BM_StartRestoringSession_FrameAnswers/{x}", [1, 20, 200])]),
-    ("Memory per document beyond its text", "documents; MB", [
+    ("Memory per document beyond its text (MB)", "documents", [
         ("ours", "bench_scale:BM_MemoryPerDocument/{x}@mb_per_document", [1, 20, 200])]),
-    ("One keystroke at the end of a file", "lines; ms", [
+    ("One keystroke at the end of a file (ms)", "lines", [
         ("ours", "bench_editor:KeystrokeAtEndOfFile<Ours>/{x}", [10000, 100000, 1000000]),
         ("plain control", "bench_editor:KeystrokeAtEndOfFile<PlainTuned>/{x}", [10000, 100000, 1000000])]),
-    ("Open, jump to the end, type", "lines; ms", [
+    ("Open then jump to the end and type (ms)", "lines", [
         ("ours", "bench_editor:OpenFileAndTypeAtEnd<Ours>/{x}", [10000, 100000, 1000000]),
         ("plain control", "bench_editor:OpenFileAndTypeAtEnd<PlainTuned>/{x}", [10000, 100000, 1000000])]),
 ]

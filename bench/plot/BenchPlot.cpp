@@ -51,7 +51,7 @@ void drawPanel(QPainter& p, const QRectF& box, const Panel& panel) {
     for (int i = 0; i <= 4; ++i) {
         const double y = plot.bottom() - plot.height() * i / 4;
         p.drawText(QRectF(box.left(), y - 8, 64, 16), Qt::AlignRight | Qt::AlignVCenter,
-                   QString::number(ymax * i / 4, 'g', 3));
+                   ymax >= 100 ? QString::number(qRound(ymax * i / 4)) : QString::number(ymax * i / 4, 'g', 3));
     }
     QList<double> xs;
     for (const Series& s : panel.series)
