@@ -209,6 +209,8 @@ QList<SetupRow> checkSetup(const SetupInputs& in, SystemProbe& probe) {
     if (used.isEmpty())
         rows << SetupRow{groupWhat, SetupState::NotNeeded,
                          QStringLiteral("neither the programmer nor the serial terminal names a serial port"), {}};
+    else if (probe.isSuperuser())
+        rows << SetupRow{groupWhat, SetupState::Ok, QStringLiteral("you run as root, which may open any port"), {}};
     else if (probe.sessionGroups().contains(group))
         rows << SetupRow{groupWhat, SetupState::Ok, QStringLiteral("you may open ") + used.join(QStringLiteral(", ")),
                          {}};

@@ -50,6 +50,8 @@ QString PosixSystemProbe::winePrefix() { return ::winePrefix(); }
 
 bool PosixSystemProbe::winePrefixFromEnvironment() { return !qEnvironmentVariableIsEmpty("WINEPREFIX"); }
 
+bool PosixSystemProbe::isSuperuser() { return geteuid() == 0; }
+
 QStringList PosixSystemProbe::sessionGroups() {
     QStringList names{groupName(getegid())};
     const int n = getgroups(0, nullptr);

@@ -18,6 +18,7 @@ public:
     bool winePrefixFromEnvironment() override;
     QStringList sessionGroups() override;
     QStringList accountGroups() override;
+    bool isSuperuser() override;
     QString groupOf(const QString& path) override;
     QStringList serialPorts() override;
 };

@@ -33,6 +33,8 @@ public:
     // reaches the processes only at the next login.
     virtual QStringList sessionGroups() = 0;
     virtual QStringList accountGroups() = 0;
+    // The superuser opens any device whatever its group.
+    virtual bool isSuperuser() = 0;
     // The group that owns a device file; empty when it isn't there.
     virtual QString groupOf(const QString& path) = 0;
     // The serial ports present, by path.

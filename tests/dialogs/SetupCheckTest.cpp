@@ -154,6 +154,11 @@ TEST(SetupCheck, EachRowMissingOrNotNeededWithItsFix) {
          "Install pk2cmd, or give its full path in Programmer > Programmer Options > Programmer Pathname.", ""},
         {"not in dialout", [](Machine& m) { m.probe.session = m.probe.account = {"ann"}; }, "Group dialout", S::Missing,
          "sudo usermod -aG dialout $USER, then log out and in.", "/dev/ttyACM0"},
+        {"root, in no group",
+         [](Machine& m) {
+             m.probe.session = m.probe.account = {"root"};
+             m.probe.superuser = true;
+         }, "Group dialout", S::Ok, "", "root"},
         {"added, not logged in again", [](Machine& m) { m.probe.session = {"ann"}; }, "Group dialout", S::Missing,
          "Log out and in again (or restart), then start the program again.", "session"},
         {"port of another group",

@@ -20,6 +20,7 @@ public:
     bool prefixFromEnvironment = false;
     QStringList session{QStringLiteral("ann")};
     QStringList account{QStringLiteral("ann")};
+    bool superuser = false;
     QHash<QString, QString> deviceGroups;  // device -> owning group
     QStringList ports;
 
@@ -47,6 +48,7 @@ public:
     bool winePrefixFromEnvironment() override { return prefixFromEnvironment; }
     QStringList sessionGroups() override { return session; }
     QStringList accountGroups() override { return account; }
+    bool isSuperuser() override { return superuser; }
     QString groupOf(const QString& p) override { return deviceGroups.value(p); }
     QStringList serialPorts() override { return ports; }
 };
