@@ -5,6 +5,7 @@
 // - opening the completion list (Ctrl+Space, the program's names scanned afresh after an edit) on a
 //   400-line and a 100,000-line program, against the bare control showing a list of as many words.
 #include "BenchMain.h"
+#include "BenchWorld.h"
 #include "NoPrompts.h"
 #include "core/Globals.h"
 #include "document/SourceView.h"
@@ -44,29 +45,12 @@ void typeText(QWidget* w, const QString& text) {
     }
 }
 
-void settle() {
-    for (int i = 0; i < 5; ++i) {
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents(QEventLoop::AllEvents);
-    }
-}
-
-struct World {
-    QTemporaryDir config, app, state;
+struct World : BenchWorld {
     NoPrompts prompts;
-    PosixLauncher launcher;
-    PosixPaths paths{app.path()};
-    World() {
-        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
-        qputenv("XDG_STATE_HOME", state.path().toLocal8Bit());
-        QFile::copy(QStringLiteral(QB_SOURCE_DIR "/data/device.ide"), app.filePath(QStringLiteral("device.ide")));
-        globals().prompts = &prompts;
-        globals().launcher = &launcher;
-        globals().paths = &paths;
-    }
+    World() : BenchWorld(prompts) {}
     // A program of blocks of 25 lines, each block with a define, two variables, an array, an alias, a
     // constant, a label and a subroutine of its own.
-    QString program(int lines) const {
+    QString program(int lines) {
         const QByteArray block = "' Section %1: read the sensor: and show it\n"
                                  "DEFINE ADC_BITS 10\n"
                                  "LED%1 VAR PORTB.0\n"
@@ -95,11 +79,7 @@ struct World {
         QByteArray text;
         for (int i = 0; i < lines / 25; ++i)
             text += QByteArray(block).replace("%1", QByteArray::number(i));
-        const QString path = app.filePath(QStringLiteral("prog%1.pbp").arg(lines));
-        QFile f(path);
-        if (f.open(QIODevice::WriteOnly))
-            f.write(text);
-        return path;
+        return write(QStringLiteral("prog%1.pbp").arg(lines), text);
     }
 };
 

@@ -31,9 +31,9 @@ def read_rows(path):
     return rows
 
 
-def split_spec(spec):
+def split_measure(measure):
     # binary:run name[:field]; the field is real_time (default), cpu_time or a counter's name.
-    parts = spec.split(":")
+    parts = measure.split(":")
     binary, rest = parts[0], ":".join(parts[1:])
     field = "real_time"
     m = re.match(r"^(.*)@(\w+)$", rest)
@@ -60,12 +60,12 @@ def load_results(folder):
     return results
 
 
-def values(results, spec):
+def values(results, measure):
     """The value of each repetition, in ms for times."""
-    binary, name, field = split_spec(spec)
+    binary, name, field = split_measure(measure)
     runs = [b for b in results.get(binary, []) if matches(b.get("run_name", b["name"]), name)]
     if not runs:
-        raise KeyError(f"no results for {spec}")
+        raise KeyError(f"no results for {measure}")
     out = []
     for b in sorted(runs, key=lambda b: b.get("repetition_index", 0)):
         if field in ("real_time", "cpu_time"):
@@ -110,8 +110,8 @@ def figure(results, row):
 
 
 def values_for_amount(results, row):
-    spec = row.get("amount", "").strip() or row["value"]
-    return values(results, spec)
+    measure = row.get("amount", "").strip() or row["value"]
+    return values(results, measure)
 
 
 # The figure: start, memory and typing cost against document count and file size.
@@ -133,10 +133,10 @@ PLOT = [
 def plot_data(results):
     lines = []
     for title, unit, series in PLOT:
-        for name, spec, xs in series:
+        for name, measure, xs in series:
             for x in xs:
                 try:
-                    y = statistics.median(values(results, spec.format(x=x)))
+                    y = statistics.median(values(results, measure.format(x=x)))
                 except KeyError:
                     continue
                 lines.append(f"{title},{unit},{name},{x},{y:.6g}")
@@ -177,15 +177,15 @@ def check(rows, readme_text, bench_dir):
         elif not re.search(r"\d", line.split("|")[3]) or "not measured" in line:
             problems.append(f"no figure for: {r['what']}")
         for key in ("value", "base", "amount"):
-            spec = (r.get(key) or "").strip()
-            if spec in ("", "-"):
+            measure = (r.get(key) or "").strip()
+            if measure in ("", "-"):
                 continue
-            binary, name, _ = split_spec(spec)
+            binary, name, _ = split_measure(measure)
             function = re.split(r"[</]", name)[0]
             if not os.path.exists(os.path.join(bench_dir, binary.removeprefix("bench_") + ".cpp")):
-                problems.append(f"no benchmark file for {spec}")
+                problems.append(f"no benchmark file for {measure}")
             elif not re.search(r"\b" + re.escape(function) + r"\b", sources):
-                problems.append(f"no benchmark {function} for {spec}")
+                problems.append(f"no benchmark {function} for {measure}")
     return problems
 
 
