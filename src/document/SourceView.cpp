@@ -8,6 +8,7 @@
 #include <QAccessible>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QHash>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -27,17 +28,22 @@ constexpr int kStripPixels = 20;
 // QScintilla hands Scintilla only the family name, so the style hint has to be resolved here: "Courier"
 // on a Linux desktop may otherwise come out proportional.
 QString fixedPitchFamily(const QString& name) {
+    // Asking means loading the face; every document asks for the same few names.
+    static QHash<QString, QString> known;
+    if (const auto it = known.constFind(name); it != known.constEnd())
+        return *it;
     QFont f(name);
     f.setStyleHint(QFont::TypeWriter);
     f.setFixedPitch(true);
     const QFontInfo info(f);
-    return info.fixedPitch() ? info.family() : QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
+    return known[name] =
+               info.fixedPitch() ? info.family() : QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
 }
 
 }  // namespace
 
-SourceView::Impl::Impl(SourceView& view, SourceViewEditor& editor, bool plainText)
-    : q(view), e(editor), plain(plainText), document(std::make_unique<Document>(view)) {
+SourceView::Impl::Impl(SourceView& view, SourceViewEditor& editor, bool plainText, const QString& face)
+    : q(view), e(editor), plain(plainText), document(std::make_unique<Document>(view)), fontName(face) {
     if (!plain)
         lexer = std::make_unique<SourceLexer>(document->language());
     fore = systemColor(kColorWindowText);
@@ -140,8 +146,9 @@ void SourceView::Impl::applyMargins() {
     applyFoldMargin();
 }
 
-SourceView::SourceView(QWidget* parent, bool plainText)
-    : QWidget(parent), editor_(new SourceViewEditor(*this)), d(std::make_unique<Impl>(*this, *editor_, plainText)) {
+SourceView::SourceView(QWidget* parent, bool plainText, const QString& fontName)
+    : QWidget(parent), editor_(new SourceViewEditor(*this)),
+      d(std::make_unique<Impl>(*this, *editor_, plainText, fontName)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(editor_);

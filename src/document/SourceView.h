@@ -36,7 +36,9 @@ inline constexpr int GotoLine = 39, Indent = 43, Outdent = 44;
 class SourceView : public QWidget {
     Q_OBJECT
 public:
-    explicit SourceView(QWidget* parent = nullptr, bool plainText = false);
+    // fontName is the face asked for, given here so that the view doesn't first look up another one.
+    explicit SourceView(QWidget* parent = nullptr, bool plainText = false,
+                        const QString& fontName = QStringLiteral("Courier New"));
     ~SourceView() override;
 
     Document& document();

@@ -18,7 +18,7 @@
 #include <optional>
 
 struct SourceView::Impl {
-    Impl(SourceView& view, SourceViewEditor& editor, bool plainText);
+    Impl(SourceView& view, SourceViewEditor& editor, bool plainText, const QString& face);
 
     SourceView& q;
     SourceViewEditor& e;
@@ -29,7 +29,7 @@ struct SourceView::Impl {
     std::unique_ptr<SourceLexer> lexer;
     QPointer<FindDialog> findDialog;
 
-    QString fontName = QStringLiteral("Courier New");
+    QString fontName;
     QString family;  // the installed face that stands for fontName
     qint32 fore = 0, back = 0, textBack = 0, selFore = 0, selBack = 0;
     MarginStyle marginStyle = MarginStyle::None;
@@ -76,6 +76,7 @@ struct SourceView::Impl {
     bool tagStrip = false;
     // Lines that carry a tag: only these have an indicator of another tone to clear.
     QSet<int> taggedLines;
+    bool noted = false;  // a line note was set since the last clearing
     // The tags' styles, which a reset of the plain view's styles takes away.
     void defineToneStyles();
     // Takes the message mark away when a change about to happen touches its line.

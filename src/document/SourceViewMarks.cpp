@@ -107,13 +107,19 @@ void SourceView::setLineTag(int line, const QString& tag, LineTone tone) {
 }
 
 void SourceView::setLineNote(int line, const QString& note) {
+    d->noted = true;
     editor_->annotate(line, note, kNoteStyle);
     editor_->setAnnotationDisplay(QsciScintilla::AnnotationIndented);
 }
 
 void SourceView::clearLineTags() {
+    // Every load clears; a view that was never tagged has nothing to clear, and the control's clearing
+    // isn't free.
+    if (!d->tagStrip && !d->noted)
+        return;
     SourceViewEditor& e = *editor_;
     d->taggedLines.clear();
+    d->noted = false;
     e.clearMarginText();
     e.clearAnnotations();
     const long length = e.SendScintilla(Sci::SCI_GETLENGTH);

@@ -36,7 +36,7 @@ constexpr int kScanPauseMs = 250;
 
 frmEditor::frmEditor(Frame& frame) : frame_(frame) {
     setAttribute(Qt::WA_DeleteOnClose, false);  // the sub-window owns and deletes us
-    View = new SourceView(this);
+    View = new SourceView(this, false, setting(Key::FontName));
     // The view fills the whole client area; no margin, toolbar or splitter stands beside it.
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -14,6 +14,7 @@
 #include <QFontMetrics>
 #include <QHeaderView>
 #include <QStyle>
+#include <QStyleOptionHeader>
 #include <QScrollBar>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -73,6 +74,15 @@ CodeExplorer::CodeExplorer(Frame& frame, QWidget* parent)
     tree_ = new QTreeWidget(body);
     tree_->setColumnCount(3);
     tree_->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Detail"), QStringLiteral("Line")});
+    // Left to itself, the header measures its labels in the bold face: a second font loaded at start for
+    // three short words. The regular face gives the same height.
+    QStyleOptionHeader label;
+    label.initFrom(tree_->header());
+    for (int c = 0; c < tree_->columnCount(); ++c) {
+        label.text = tree_->headerItem()->text(c);
+        tree_->headerItem()->setSizeHint(
+            c, tree_->style()->sizeFromContents(QStyle::CT_HeaderSection, &label, QSize(), tree_->header()));
+    }
     tree_->setRootIsDecorated(true);
     tree_->setIndentation(14);
     tree_->setUniformRowHeights(true);

@@ -35,7 +35,7 @@ EditorRegistry::EditorRegistry(Frame& frame, QMdiArea& area) : frame_(frame), ar
 
 EditorRegistry::~EditorRegistry() = default;
 
-frmEditor& EditorRegistry::open(const QString& path, bool missingIsEmpty, qsizetype position) {
+frmEditor& EditorRegistry::open(const QString& path, bool missingIsEmpty, qsizetype position, bool behind) {
     auto* doc = new frmEditor(frame_);
     add(*doc, position);
     try {
@@ -55,8 +55,18 @@ frmEditor& EditorRegistry::open(const QString& path, bool missingIsEmpty, qsizet
     sub->setAttribute(Qt::WA_DeleteOnClose);
     // Its activation steps run as it is shown; those who listen hear of it as opened first.
     opening_ = doc;
-    sub->showMaximized();
-    area_.setActiveSubWindow(sub);
+    if (QMdiSubWindow* front = behind ? area_.activeSubWindow() : nullptr) {
+        // Shown maximised it would take the front and the front window's size, and both would be laid out
+        // again to put them back. Left as it is, it is maximised when it comes to the front.
+        const bool asItIs = area_.testOption(QMdiArea::DontMaximizeSubWindowOnActivation);
+        area_.setOption(QMdiArea::DontMaximizeSubWindowOnActivation, true);
+        sub->show();
+        area_.setActiveSubWindow(front);
+        area_.setOption(QMdiArea::DontMaximizeSubWindowOnActivation, asItIs);
+    } else {
+        sub->showMaximized();
+        area_.setActiveSubWindow(sub);
+    }
     opening_ = nullptr;
     emit opened(doc);
     if (active() == doc)

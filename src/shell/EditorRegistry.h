@@ -19,7 +19,8 @@ public:
     // set, shown maximised and active (its activation steps), then opened. With missingIsEmpty a path that
     // doesn't exist gives an empty document; any other failure to read removes the window and is thrown.
     // position: its place among the documents (from 0), -1 for the end.
-    frmEditor& open(const QString& path, bool missingIsEmpty, qsizetype position = -1);
+    // behind: the document comes in behind the one in front, which keeps the focus.
+    frmEditor& open(const QString& path, bool missingIsEmpty, qsizetype position = -1, bool behind = false);
 
     frmEditor& show(const QString& path, bool missingIsEmpty) override;
     frmEditor* find(const QString& path) const override;

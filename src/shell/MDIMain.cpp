@@ -41,6 +41,7 @@
 #include <QMdiSubWindow>
 #include <QVBoxLayout>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QPointer>
 #include <QTimer>
@@ -73,6 +74,7 @@ std::vector<QWidget*> shutdownOrder(const std::vector<QWidget*>& loaded, const Q
 // The Code Explorer's width at a first start, and the version of the stored dock state.
 constexpr int kExplorerWidth = 270;
 constexpr int kDocksVersion = 1;
+constexpr qint64 kRestoreSliceMs = 25;  // under what a user notices as a late key
 
 // Stored placement can hold anything; keep what reaches the window system inside a sane range.
 int clampedPixels(int px) { return qBound(-32000, px, 32000); }
@@ -241,7 +243,7 @@ bool MDIMain::restoreSession() {
     return shown != nullptr;
 }
 
-frmEditor* MDIMain::restoreOne(const Restoring& r) {
+frmEditor* MDIMain::restoreOne(const Restoring& r, bool behind) {
     // A file gone since, or no longer a file, is left out without a word; so is one open already.
     if (!QFileInfo(r.path).isFile() || editors_->find(r.path))
         return nullptr;
@@ -255,7 +257,7 @@ frmEditor* MDIMain::restoreOne(const Restoring& r) {
         }
     }
     frmEditor* doc = nullptr;
-    skipOnFailure([&] { doc = &editors_->open(absolutePath(r.path), false, position); });
+    skipOnFailure([&] { doc = &editors_->open(absolutePath(r.path), false, position, behind); });
     if (!doc) {
         skipOnFailure([&] { EnableTools(); });
         skipOnFailure([&] { showDocumentCount(); });
@@ -272,13 +274,16 @@ frmEditor* MDIMain::restoreOne(const Restoring& r) {
 void MDIMain::restoreNext() {
     if (restoring_.empty() || unloaded_)
         return;
-    const Restoring r = restoring_.front();
-    restoring_.pop_front();
-    // A new document takes the focus; the one the user has stays in front.
-    const QPointer<frmEditor> was = activeDocument();
-    restoreOne(r);
-    if (was && was->subWindow())
-        mdi_->setActiveSubWindow(was->subWindow());
+    // Documents come back in slices short enough for input to wait unnoticed; one per turn, each turn's
+    // paint of the area costs more than a document as their number grows. The user's document stays in
+    // front.
+    QElapsedTimer slice;
+    slice.start();
+    do {
+        const Restoring r = restoring_.front();
+        restoring_.pop_front();
+        restoreOne(r, true);
+    } while (!restoring_.empty() && !unloaded_ && slice.elapsed() < kRestoreSliceMs);
     if (!restoring_.empty())
         restoreTimer_.start();
 }

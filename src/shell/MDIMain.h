@@ -125,7 +125,7 @@ private:
         int line = 0;
         int rank = 0;  // its place in the session
     };
-    frmEditor* restoreOne(const Restoring& r);
+    frmEditor* restoreOne(const Restoring& r, bool behind = false);
     void restoreNext();
     void comeForward();
     // The Window menu and the files label follow the registry.

@@ -5,13 +5,13 @@
 #include <QActionGroup>
 #include <QCursor>
 #include <QEvent>
-#include <QFile>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPixmap>
 #include <QSignalBlocker>
 #include <QToolBar>
 
@@ -22,12 +22,12 @@ QIcon toolIcon(const Tool& tool) {
     const QString file = tool.icon();
     if (file.isEmpty())
         return {};
-    QIcon icon;
-    icon.addFile(file, QSize(16, 16));
+    // Named as PNG: left to guess, the reader tries every image plugin on each file.
+    QIcon icon(QPixmap(file, "PNG"));
     QString dense = file;
     dense.insert(dense.lastIndexOf(QLatin1Char('.')), QLatin1String("@2x"));
-    if (QFile::exists(dense))
-        icon.addFile(dense, QSize(32, 32));
+    if (QPixmap big(dense, "PNG"); !big.isNull())
+        icon.addPixmap(big);
     return icon;
 }
 

@@ -245,7 +245,10 @@ TEST(Session, ACloseKeepsTheDocumentsAndAStartWithoutAFileBringsThemBack) {
     EXPECT_EQ((QList<int>{lineOf(paths[0]), lineOf(paths[1]), lineOf(paths[2])}), QList<int>({20, 0, 5}));
     // The status bar tells the active document's caret, not that of one placed in the background.
     EXPECT_EQ(t.f->statusBar()->PanelText(1), "Line: 1 Col: 1");
+    EXPECT_TRUE(t.doc()->subWindow()->isMaximized());
+    // One that came in behind fills the area when it comes to the front.
     t.f->mdiArea()->setActiveSubWindow(t.f->registry().find(paths[0])->subWindow());
+    EXPECT_TRUE(t.f->registry().find(paths[0])->subWindow()->isMaximized());
     EXPECT_EQ(t.f->statusBar()->PanelText(1), "Line: 21 Col: 1");
     t.f->mdiArea()->setActiveSubWindow(t.f->registry().find(paths[1])->subWindow());
     EXPECT_EQ(t.windowMenu(), QStringList{"separator"} + paths);
