@@ -45,10 +45,7 @@ TEST(RecoveryChild, DISABLED_TypesIntoTwoDocumentsAndWaitsToBeKilled) {
 TEST(Recovery, KilledWithTwoModifiedDocumentsBothComeBack) {
     QTemporaryDir sources, state;
     const QString blink = sources.filePath("blink.pbp"), fresh = sources.filePath("fresh.pbp");
-    {
-        QFile old(blink);
-        ASSERT_TRUE(old.open(QIODevice::WriteOnly) && old.write("OLD LINE\r\n") == 10);
-    }
+    ASSERT_TRUE(writeFile(blink, "OLD LINE\r\n"));
     const QString recoveryDir = state.path() + "/tarnlet/recovery";
 
     QProcess child;

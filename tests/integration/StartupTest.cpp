@@ -381,11 +381,7 @@ TEST(OneIde, TheChannelTakesOurMessagesOnlyAndEachSettingsHomeIsItsOwnIde) {
     TestWorld w;
     const QString address = QtSingleInstance::addressFor(settingsHome());
     EXPECT_NE(QtSingleInstance::addressFor(settingsHome() + "/portable"), address);
-    // A socket file left behind by a killed IDE.
-    {
-        QFile stale(socketFile(address));
-        ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
-    }
+    ASSERT_TRUE(writeFile(socketFile(address), ""));  // a socket file left behind by a killed IDE
     QtSingleInstance running(address);
     QList<HandOver> got;
     ASSERT_TRUE(running.listen([&](const HandOver& m) { got << m; }));
