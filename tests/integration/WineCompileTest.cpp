@@ -221,18 +221,6 @@ TEST(WineCompile, WithoutWineOneMessageAndNoCompile) {
     EXPECT_TRUE(t.modals.isEmpty());
 }
 
-TEST(WineCompile, NativeScriptsEndTicksAtOnceWithStandardErrorInTheOutput) {
-    QTemporaryDir tmp;
-    // A native compiler named like a Windows one, writing its complaint to standard error.
-    WineFrame t("x\r\n", writeProgram(tmp.filePath("PBPW.EXE"), "#!/bin/sh\necho 'PICBASIC PRO(TM) Compiler 9.9, "
-                                                             "native'\necho 'ERROR Line 2: bad' >&2\n"));
-    ASSERT_TRUE(t.compileAndWait());
-    EXPECT_EQ(t.run().CheckFile.Tag, "1");
-    EXPECT_EQ(readFile(t.w.file("temp.dat")), "PICBASIC PRO(TM) Compiler 9.9, native\nERROR Line 2: bad\n");
-    EXPECT_EQ(CompilerScreen::find()->windowTitle(), "Compiler Output - Auto Close Canceled - Esc to Close");
-    EXPECT_FALSE(readFile(t.w.file("runpb.sh")).contains("wine"));
-}
-
 TEST(WineProgrammer, AWindowsProgrammerGetsWindowsPathsForEveryToken) {
     if (const QString why = wineTestBlocker(); !why.isEmpty())
         GTEST_SKIP() << why.toStdString();

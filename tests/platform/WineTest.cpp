@@ -401,7 +401,7 @@ TEST(ProgramHost, NativeOrThroughWineIsTheProgramsOwnAndSoAreItsPathForms) {
     FakePaths paths(tmp.path());
     WineState wine;
     const QString compiler = writeProgram(tmp.filePath("pbp dir/PBPW.EXE"), peHead());
-    const QString script = writeProgram(tmp.filePath("PBPW"), "#!/bin/sh\n");
+    const QString script = writeProgram(tmp.filePath("native/PBPW.EXE"), "#!/bin/sh\n");  // told by content
     const QString source = writeProgram(tmp.filePath("led/blink.pbp"), ""), missing = tmp.filePath("led/no.hex");
     const CompileInputs in{.D = source, .S = tmp.path(), .P = compiler, .O = "-v", .C = tmp.filePath("pbp dir"),
                            .M = "16F84A"};
