@@ -1,6 +1,7 @@
 // The messages read from a compile's output, the .ASM tags, and the messages placed at their files here.
 #include "compile/AsmTags.h"
 #include "compile/CompileMessages.h"
+#include "support/Files.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -156,9 +157,7 @@ TEST(PlaceMessages, AssemblerMessagesGoToTheTaggedBasicLineAndKeepTheirOwn) {
                                "\tbsf PORTB, 0\n"
                                "; INC\\LIB.BAS\t00010\tGOTO nowhere\n"
                                "\tgoto nowhere\n";
-    QFile f(asmFile);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.write(asmText) == asmText.size());
-    f.close();
+    ASSERT_TRUE(writeFile(asmFile, asmText));
     const QString output = "blink.asm:1:Warning[205] before any tag\n"
                            "blink.asm:5:Error[113] Symbol not previously defined\n"
                            "Error BLINK.ASM 3 : [202] illegal character\n"

@@ -1,4 +1,5 @@
 // The compile windows: the compiler options dialog and the compiler output screen.
+#include "compile/CompileRules.h"
 #include "compile/CompilerScreen.h"
 #include "compile/frmCompile.h"
 #include "core/Globals.h"
@@ -13,6 +14,7 @@
 #include <QCoreApplication>
 #include <QLineEdit>
 #include <QPointer>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QSettings>
 #include <gtest/gtest.h>
@@ -106,4 +108,24 @@ TEST_F(CompileWindowsTest, CountdownClosesAtZeroEscCancelsItThenClosesAndTheNext
     next.show();
     emit next.CompilerOutput->KeyDown(kEsc, 0);  // without a countdown the first Esc closes
     EXPECT_EQ(CompilerScreen::find(), nullptr);
+}
+
+// A compiler that could not be run at all offers the set-up check on its output screen.
+TEST_F(CompileWindowsTest, TheScreenOffersTheSetUpCheckWhenTheCompilerCouldNotRun) {
+    for (const auto& [status, offers] : std::initializer_list<std::pair<std::optional<int>, bool>>{
+             {std::nullopt, false}, {0, false}, {1, false}, {126, true}, {127, true}, {128, false}})
+        EXPECT_EQ(compilerCouldNotRun(status), offers) << status.value_or(-1);
+
+    CompilerScreen& screen = CompilerScreen::fresh();
+    screen.show();
+    const QRect output = screen.CompilerOutput->geometry();
+    EXPECT_FALSE(screen.cmdCheckSetup->isVisible());
+    screen.offerSetupCheck(frame);
+    ASSERT_TRUE(screen.cmdCheckSetup->isVisible());
+    // Above the output, which gives it room, within the screen.
+    EXPECT_LE(screen.cmdCheckSetup->geometry().right(), screen.width());
+    EXPECT_LT(screen.cmdCheckSetup->geometry().bottom(), screen.CompilerOutput->geometry().top());
+    EXPECT_GT(screen.CompilerOutput->geometry().top(), output.top());
+    screen.cmdCheckSetup->click();
+    EXPECT_EQ(frame.setupChecks, 1);
 }

@@ -2,6 +2,7 @@
 #include "core/Session.h"
 #include "core/Settings.h"
 #include "support/Doubles.h"
+#include "support/Files.h"
 
 #include <QDir>
 #include <QDateTime>
@@ -46,13 +47,9 @@ TEST(Settings, TheStoreLivesUnderTheExecutableNameInSectionsAndKeepsAnyTextExact
 
 TEST(Settings, HandWrittenValuesReadAsTypedAndSurviveAWrite) {
     TestWorld w;
-    QDir().mkpath(w.configDir() + "/test_core");
-    QFile f(settingsFilePath());
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("; my settings\r\n[Startup]\r\nCompilerCommandLineOptions=-a,-b\r\n"
-            "File3=&3 /a;b.pbp\rCompilerPathName=C:\\PBP\\PBPW.EXE\n  # note\n"
-            "  CompilerType =1\nnot a line\n[ViewFont]\nFontName=\"Courier\"\n");
-    f.close();
+    ASSERT_TRUE(writeFile(settingsFilePath(), "; my settings\r\n[Startup]\r\nCompilerCommandLineOptions=-a,-b\r\n"
+                                              "File3=&3 /a;b.pbp\rCompilerPathName=C:\\PBP\\PBPW.EXE\n  # note\n"
+                                              "  CompilerType =1\nnot a line\n[ViewFont]\nFontName=\"Courier\"\n"));
     for (bool afterWrite : {false, true}) {
         SCOPED_TRACE(afterWrite);
         EXPECT_EQ(setting(Key::CompilerCommandLineOptions), "-a,-b");
@@ -64,10 +61,9 @@ TEST(Settings, HandWrittenValuesReadAsTypedAndSurviveAWrite) {
     }
     // Another program's edit is read at once, even one of the same size within the same second; a value
     // saved as it stands writes nothing.
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    f.write("[Startup]\nTop=16\n");
-    f.close();
+    ASSERT_TRUE(writeFile(settingsFilePath(), "[Startup]\nTop=16\n"));
     EXPECT_EQ(setting(Key::Top), "16");
+    QFile f(settingsFilePath());
     ASSERT_TRUE(f.open(QIODevice::ReadWrite));
     f.seek(15);
     f.write("7");
@@ -119,22 +115,12 @@ TEST(Settings, NewDocumentsOfAnInstalledProgramGoToTheDocumentsFolder) {
     EXPECT_EQ(newDocumentsDirectory("/h/.local/share/tarnlet", true, docs, home.path()), docs);
 
     // The desktop's own documents folder, as its user-dirs file names it.
-    struct InstalledPaths : FakePaths {
-        using FakePaths::FakePaths;
-        QString installedDataDirectory() override { return "/usr/share/tarnlet"; }
-    } installed(w.appDir());
-    globals().paths = &installed;
-    const QByteArray oldHome = qgetenv("HOME");
-    qputenv("HOME", home.path().toLocal8Bit());
+    w.paths.installedData = "/usr/share/tarnlet";
+    const ScopedEnv ownHome("HOME", home.path().toLocal8Bit());
     EXPECT_EQ(setting(Key::SourceCodePath), home.path());
-    QFile dirs(w.configDir() + "/user-dirs.dirs");
-    ASSERT_TRUE(dirs.open(QIODevice::WriteOnly));
-    dirs.write("XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
-    dirs.close();
+    ASSERT_TRUE(writeFile(w.configDir() + "/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n"));
     EXPECT_EQ(setting(Key::SourceCodePath), docs);
     EXPECT_EQ(setting(Key::LastFile), docs + "/Untitled.pbp");
     saveSetting(Key::SourceCodePath, "/mine");
     EXPECT_EQ(setting(Key::SourceCodePath), "/mine");
-    qputenv("HOME", oldHome);
-    globals().paths = &w.paths;
 }

@@ -51,13 +51,6 @@ protected:
     }
 };
 
-class InstalledPaths : public FakePaths {
-public:
-    using FakePaths::FakePaths;
-    QString shared;
-    QString installedDataDirectory() override { return shared; }
-};
-
 TEST_F(DeviceCatalogueTest, ListsDeviceLinesInFileOrderOnlyThoseMarkedPbcForPicBasicWhateverTheLineEnds) {
     catalogue("Device list for tests, PBC devices follow\nPIC16F84A: PBC PORTA=5 PORTB=8\nPIC18F452: PORTA=7\n"
               " PIC12F675 :PBC GPIO=6\nPICPBC1:\nPIC16F877A: pbc\nA:B:C\n");
@@ -96,17 +89,13 @@ TEST_F(DeviceCatalogueTest, ReadsTheDigitBehindTheFirstOfEachMarkOfTheFirstMatch
 
 TEST_F(DeviceCatalogueTest, TheUsersOwnCatalogueWinsOverTheInstalledOneAndNeitherIsReportedByBothReaders) {
     QTemporaryDir share;
-    InstalledPaths paths(world.appDir());
-    paths.shared = share.path();
-    globals().paths = &paths;
+    world.paths.installedData = share.path();
     EXPECT_EQ(devices(true), QStringList());
     EXPECT_EQ(portsOf("PIC16F84", true), kSevens);
     // The message names the application directory's file, where a user would put one.
     const QString notFound = "|File: " + world.appDir() + "/device.ide not found|1";
     EXPECT_EQ(boxes(), "Get Micro Listing Error" + notFound + "\nGet Device Data Error" + notFound);
-    QFile installed(share.filePath("device.ide"));
-    ASSERT_TRUE(installed.open(QIODevice::WriteOnly) && installed.write("PIC16F84A: PBC PORTA=5\n") > 0);
-    installed.close();
+    ASSERT_TRUE(writeFile(share.filePath("device.ide"), "PIC16F84A: PBC PORTA=5\n"));
     EXPECT_EQ(devices(true), QStringList{"PIC16F84A"});
     catalogue("PIC18F452: PORTA=7\n");
     EXPECT_EQ(devices(true), QStringList{"PIC18F452"});
@@ -117,7 +106,6 @@ TEST_F(DeviceCatalogueTest, TheUsersOwnCatalogueWinsOverTheInstalledOneAndNeithe
     EXPECT_EQ(portsOf("PIC16F84"), kSevens);
     const QRegularExpression other("^\\|Get Micro Listing Error: [^\n]+\\|0\n\\|Get Device Data Error: [^\n]+\\|0$");
     EXPECT_TRUE(other.match(boxes()).hasMatch());
-    globals().paths = &world.paths;
 }
 
 TEST_F(DeviceCatalogueTest, TheShippedFileHoldsEveryDeviceOnceInOrderAndIsWhatTheGeneratorMakes) {

@@ -93,11 +93,10 @@ TEST_F(AboutTest, BannerReachesAHiddenBoxWhoseRowsMoveAndOkOrEscapeUnloadsIt) {
 }
 
 TEST_F(AboutTest, SystemInformationStartsTheFirstProgramFoundOrSaysItIsUnavailable) {
-    const QByteArray oldPath = qgetenv("PATH");
-    auto pathWith = [&](const QStringList& programs) {  // PATH holds only a directory of ours
+    const ScopedEnv onlyOurs("PATH", w.file("bin").toLocal8Bit());
+    auto pathWith = [&](const QStringList& programs) {
         for (const QString& name : programs)
             writeProgram(w.file("bin/" + name), "#!/bin/sh\n");
-        qputenv("PATH", w.file("bin").toLocal8Bit());
     };
     const QString unavailable = QStringLiteral("System Information Is Unavailable At This Time");
     pathWith({"systeminfo"});
@@ -115,7 +114,6 @@ TEST_F(AboutTest, SystemInformationStartsTheFirstProgramFoundOrSaysItIsUnavailab
     w.launcher.failDetached = kFileNotFound;
     StartSysInfo();
     EXPECT_TRUE(saidOnly(w, unavailable)) << "found but failing to start is the same as not found";
-    qputenv("PATH", oldPath);
 }
 
 TEST_F(GotoLineTest, FieldTakesDigitsAndBackspaceAndEnterInItGoesOnlyWithText) {

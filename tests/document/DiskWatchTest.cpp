@@ -13,7 +13,6 @@
 
 #include <QDir>
 #include <QGuiApplication>
-#include <QSaveFile>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -48,11 +47,6 @@ struct OnDisk : ::testing::Test {
         frame.docs.chosen = &d;
         emit frame.docs.activated(&d);
         QCoreApplication::sendPostedEvents(&watch);
-    }
-    // Another program's atomic save: a new file in the old one's place.
-    static void replace(const QString& p, const QByteArray& bytes) {
-        QSaveFile f(p);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size() && f.commit());
     }
     void tick(const QString& p) {
         files->notice(p);
@@ -100,19 +94,16 @@ TEST_F(OnDisk, OwnSavesAndTouchesPassAndAnUnmodifiedDocumentReloadsOnItsLine) {
         a.View->SetSel(2, 3, 2, 3);
         const QDateTime before = QFileInfo(pa).lastModified();
         if (inPlace) {
-            QFile f(pa);
-            ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(bytes) == bytes.size());
-            f.close();
-            ASSERT_TRUE(setTime(pa, before));
+            ASSERT_TRUE(writeFile(pa, bytes) && setTime(pa, before));
         } else {
-            replace(pa, bytes);
+            ASSERT_TRUE(replaceFile(pa, bytes));
         }
         tick(pa);
         EXPECT_EQ(text(a), bytes);
         EXPECT_EQ(std::make_tuple(a.View->CaretY(), doc(a).Modified(), doc(a).CanUndo()), std::make_tuple(3, false, false));
         EXPECT_TRUE(shown().isEmpty());
     }
-    replace(pa, "' short\r\n");
+    ASSERT_TRUE(replaceFile(pa, "' short\r\n"));
     tick(pa);
     EXPECT_EQ(a.View->CaretY(), 1);
 
@@ -128,7 +119,7 @@ TEST_F(OnDisk, OwnSavesAndTouchesPassAndAnUnmodifiedDocumentReloadsOnItsLine) {
 
 TEST_F(OnDisk, AModifiedDocumentAsksWhenActivatedAndSaveAsksBeforeOverwriting) {
     typeAtEnd(a, "' typed here");
-    replace(pa, "' theirs\r\n");
+    ASSERT_TRUE(replaceFile(pa, "' theirs\r\n"));
     tick(pa);
     EXPECT_TRUE(shown().isEmpty()) << "b is in front";
     world.prompts.answers = {Answer::No};
@@ -161,7 +152,7 @@ TEST_F(OnDisk, AModifiedDocumentAsksWhenActivatedAndSaveAsksBeforeOverwriting) {
 
     // In front, the question comes with the change; a program in the background waits to be in front.
     typeAtEnd(a, "!");
-    replace(pa, "' theirs again\r\n");
+    ASSERT_TRUE(replaceFile(pa, "' theirs again\r\n"));
     watch.applicationActive = [] { return false; };
     tick(pa);
     EXPECT_TRUE(shown().isEmpty());
@@ -222,7 +213,7 @@ TEST_F(OnDisk, AFileGoneIsToldOnceSaveWritesItAgainAndAnUnreadableOneLosesNothin
     }
 
     // Binary now, unmodified: the text stays, the failure is said once, and Save asks first.
-    replace(pa, QByteArray("MZ\0\0binary", 10));
+    ASSERT_TRUE(replaceFile(pa, QByteArray("MZ\0\0binary", 10)));
     tick(pa);
     ASSERT_EQ(world.prompts.boxes.size(), 1u);
     EXPECT_TRUE(world.prompts.boxes[0].text.startsWith(reloadFailedText(pa, "").left(40)));

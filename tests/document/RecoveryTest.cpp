@@ -6,6 +6,7 @@
 #include "document/frmEditorRecovery.h"
 #include "support/Doubles.h"
 #include "support/FakeFrame.h"
+#include "support/Files.h"
 #include "support/Typing.h"
 
 #include <QDir>
@@ -27,16 +28,6 @@ extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*)(const volatile
 #include <unistd.h>
 
 namespace {
-
-// The id of a process that has ended and been reaped.
-qint64 deadPid() {
-    QProcess p;
-    p.start(QStringLiteral("true"), {});
-    p.waitForStarted();
-    const qint64 pid = p.processId();
-    p.waitForFinished();
-    return pid;
-}
 
 QString put(const QString& dir, qint64 pid, const RecoveryRecord& r) {
     const QString path = dir + "/" + newRecoveryFileName(pid);
@@ -72,7 +63,7 @@ TEST(RecoveryFile, RoundTripsExactlyAndRefusesCutOrForeignBytes) {
 
 TEST(RecoveryOwner, RunningDeadZombieAndOtherProgramsAndATakeOverHappensOnce) {
     const QString me = ownProcessName();
-    const qint64 dead = deadPid();
+    const qint64 dead = deadProcessId();
     EXPECT_TRUE(isRunningInstance(ownProcessId(), me));
     for (qint64 pid : {dead, qint64(0), qint64(-1)})
         EXPECT_FALSE(isRunningInstance(pid, me)) << pid;
@@ -115,19 +106,16 @@ TEST(RecoveryOwner, RunningDeadZombieAndOtherProgramsAndATakeOverHappensOnce) {
 TEST(RecoveryOffer, YesGivesTheDocumentsNoDeletesThemAndACorruptFileGoesUnasked) {
     TestWorld w;
     QTemporaryDir dir;
-    const qint64 dead = deadPid();
+    const qint64 dead = deadProcessId();
     put(dir.path(), dead, {"/p/one.pbp", dead, "ONE\r\n"});
     put(dir.path(), dead, {"/p/two.pbp", dead, "TWO"});
-    QFile junk(dir.filePath(newRecoveryFileName(dead)));
-    ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
-    junk.write("tarnlet recovery 1\npid 1\npath 3\n/p/");
-    junk.close();
+    ASSERT_TRUE(writeFile(dir.filePath(newRecoveryFileName(dead)), "tarnlet recovery 1\npid 1\npath 3\n/p/"));
     const QString alive = put(dir.path(), 123, {"/p/other.pbp", 123, "another instance"});
 
     w.prompts.answers = {Answer::Yes};
     std::vector<RecoveredDocument> docs = offerRecovery(dir.path(), 555, [&](qint64 pid) { return pid != dead; });
     ASSERT_EQ(w.prompts.boxes.size(), 1u);
-    EXPECT_TRUE(w.prompts.boxes[0].text.contains("Recover 2 unsaved documents?"));
+    EXPECT_EQ(w.prompts.boxes[0].text, "Quillbay Lite did not close normally. Recover 2 unsaved documents?");
     ASSERT_EQ(docs.size(), 2u);
     std::sort(docs.begin(), docs.end(), [](auto& a, auto& b) { return a.pathName < b.pathName; });
     EXPECT_EQ(docs[0].pathName + docs[0].text + docs[1].text, "/p/one.pbpONE\r\nTWO");
@@ -142,6 +130,13 @@ TEST(RecoveryOffer, YesGivesTheDocumentsNoDeletesThemAndACorruptFileGoesUnasked)
     EXPECT_EQ(namesIn(dir.path()), QStringList{QFileInfo(alive).fileName()});
     EXPECT_TRUE(offerRecovery(dir.path(), 778, [](qint64) { return true; }).empty());
     EXPECT_EQ(w.prompts.boxes.size(), 2u) << "nothing stale, nothing asked";
+    // One stale document is asked for in the singular.
+    put(dir.path(), dead, {"/p/three.pbp", dead, "THREE"});
+    w.prompts.answers = {Answer::No};
+    EXPECT_TRUE(offerRecovery(dir.path(), 779, [&](qint64 pid) { return pid != dead; }).empty());
+    ASSERT_EQ(w.prompts.boxes.size(), 3u);
+    EXPECT_EQ(w.prompts.boxes[2].text, "Quillbay Lite did not close normally. Recover 1 unsaved document?");
+    EXPECT_EQ(namesIn(dir.path()), QStringList{QFileInfo(alive).fileName()});
 }
 
 namespace {
@@ -213,7 +208,7 @@ TEST(RecoveryWatch, GoesWhenTheWindowClosesOrDiesButNotOnCancel) {
 
 TEST(RecoveryWatch, RestoredTextIsUndoableAndWatched) {
     Watched t;
-    const qint64 dead = deadPid();
+    const qint64 dead = deadProcessId();
     const std::optional<QString> taken =
         takeOverRecoveryFile(put(t.recovery.path(), dead, {t.source, dead, "NEW\r\nTEXT"}), ownProcessId());
     ASSERT_TRUE(taken);

@@ -45,10 +45,7 @@ TEST(RecoveryChild, DISABLED_TypesIntoTwoDocumentsAndWaitsToBeKilled) {
 TEST(Recovery, KilledWithTwoModifiedDocumentsBothComeBack) {
     QTemporaryDir sources, state;
     const QString blink = sources.filePath("blink.pbp"), fresh = sources.filePath("fresh.pbp");
-    {
-        QFile old(blink);
-        ASSERT_TRUE(old.open(QIODevice::WriteOnly) && old.write("OLD LINE\r\n") == 10);
-    }
+    ASSERT_TRUE(writeFile(blink, "OLD LINE\r\n"));
     const QString recoveryDir = state.path() + "/tarnlet/recovery";
 
     QProcess child;
@@ -111,23 +108,4 @@ TEST(Recovery, KilledWithTwoModifiedDocumentsBothComeBack) {
     EXPECT_TRUE(docs[fresh]->subWindow()->close());
     EXPECT_TRUE(filesIn(recoveryDir).isEmpty());
     EXPECT_FALSE(QFile::exists(fresh));
-}
-
-// One document left by a killed IDE: the question counts it as one.
-TEST(Recovery, OneDocumentIsAskedForInTheSingular) {
-    QTemporaryDir state;
-    RunningFrame t(QString(), false);
-    qputenv("XDG_STATE_HOME", state.path().toLocal8Bit());
-    const QString dir = recoveryDirectory();
-    QProcess gone;  // a process that has ended: its files are stale
-    gone.start("true", {});
-    ASSERT_TRUE(gone.waitForStarted());
-    const qint64 dead = gone.processId();
-    gone.waitForFinished();
-    writeRecoveryFile(dir + "/" + newRecoveryFileName(dead), {t.w.file("lost.pbp"), dead, "HIGH 1"});
-    t.w.prompts.answers = {Answer::No};
-    t.start();
-    ASSERT_EQ(t.w.prompts.boxes.size(), 1u);
-    EXPECT_EQ(t.lastBox().text, "Quillbay Lite did not close normally. Recover 1 unsaved document?");
-    EXPECT_TRUE(filesIn(dir).isEmpty());
 }

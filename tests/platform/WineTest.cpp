@@ -16,18 +16,16 @@
 
 namespace {
 
-// Restores PATH at the end of a test that hides wine.
-struct PathWithoutWine {
-    QByteArray old = qgetenv("PATH");
-    PathWithoutWine() { qputenv("PATH", "/nonexistent-dir"); }
-    ~PathWithoutWine() { qputenv("PATH", old); }
+// Hides wine until the end of the scope.
+struct PathWithoutWine : ScopedEnv {
+    PathWithoutWine() : ScopedEnv("PATH", "/nonexistent-dir") {}
 };
 
 // A wine and a wineserver of the test's own in front of PATH: winepath's -w gives Z: and backslashes, -s
 // the upper case; each run leaves a line in runs.txt beside them.
 struct FakeWine {
     QTemporaryDir dir;
-    QByteArray oldPath = qgetenv("PATH");
+    ScopedEnv path{"PATH", dir.path().toLocal8Bit() + ":" + qgetenv("PATH")};
     FakeWine() {
         writeProgram(dir.filePath("wine"), "#!/bin/sh\nprintf '%s\\n' \"$*\" >> \"$(dirname \"$0\")/runs.txt\"\n"
                                            "flag=$2; shift 2\nfor a; do\n  if [ \"$flag\" = -w ]; then "
@@ -35,9 +33,7 @@ struct FakeWine {
                                            "tr a-z A-Z; fi\ndone\n");
         writeProgram(dir.filePath("wineserver"),
                      "#!/bin/sh\necho \"wineserver $*\" >> \"$(dirname \"$0\")/runs.txt\"\n");
-        qputenv("PATH", dir.path().toLocal8Bit() + ":" + oldPath);
     }
-    ~FakeWine() { qputenv("PATH", oldPath); }
     // The runs since the last call.
     QStringList runs() {
         const QString text = QString::fromUtf8(readFile(dir.filePath("runs.txt")));
@@ -49,11 +45,7 @@ struct FakeWine {
 bool processExists(qint64 pid) { return ::kill(pid_t(pid), 0) == 0; }
 
 // A plain file, not executable, with its folder.
-void writeFile(const QString& path, const QByteArray& bytes) {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size());
-}
+void putFile(const QString& path, const QByteArray& bytes) { ASSERT_TRUE(writeFile(path, bytes)) << path.toStdString(); }
 
 }  // namespace
 
@@ -126,7 +118,7 @@ TEST(Wine, ThirtyTwoBitSupportIsToldByDebiansLoaderOfWine32) {
                 QDir().mkpath(QFileInfo(root.filePath(p.mid(1))).path());
                 ASSERT_TRUE(QFile::link(root.filePath("usr/bin/wine"), root.filePath(p.mid(1))));
             } else if (p.startsWith('!')) {
-                writeFile(root.filePath(p.mid(1)), "");
+                putFile(root.filePath(p.mid(1)), "");
             } else {
                 writeProgram(root.filePath(p), "");
             }
@@ -145,14 +137,14 @@ TEST(WineNames, OutputsThisCompileWroteTakeTheLongNameAndNoFileOfTheUsersIsLost)
     LongNamedOutputs ours;
     // One dot: the outputs a compiler given the long name would write over are replaced. Files bearing the
     // alias that the compile didn't write, or that are no outputs, stay.
-    writeFile(at("blinking_lights_v2.pbp"), "x");
-    writeFile(at("blinking_lights_v2.hex"), "old");
-    writeFile(at("BLIN~4HD.LST"), "an earlier compile's");
+    putFile(at("blinking_lights_v2.pbp"), "x");
+    putFile(at("blinking_lights_v2.hex"), "old");
+    putFile(at("BLIN~4HD.LST"), "an earlier compile's");
     const AliasOutputs noted = noteAliasOutputs(at("blinking_lights_v2.pbp"), R"(Z:\TMP\LED_~KNS\BLIN~4HD.PBP)");
     EXPECT_EQ(QStringList({noted.directory, noted.alias, noted.name}), QStringList({dir, "BLIN~4HD", "blinking_lights_v2"}));
     EXPECT_TRUE(noted.compilerWouldUseName);
     for (const char* written : {"BLIN~4HD.HEX", "BLIN~4HD.asm", "BLIN~4HD.TXT"})
-        writeFile(at(written), written);
+        putFile(at(written), written);
     LongNames names = giveLongNames(noted, ours);
     std::sort(names.renamed.begin(), names.renamed.end());
     EXPECT_EQ(names.renamed, (QList<std::pair<QString, QString>>{{"BLIN~4HD.HEX", "blinking_lights_v2.hex"},
@@ -163,8 +155,8 @@ TEST(WineNames, OutputsThisCompileWroteTakeTheLongNameAndNoFileOfTheUsersIsLost)
 
     // Two dots: the hex goes where Launch Programmer looks, blink.hex, but another program's stays; once
     // this process put one there, the next compile replaces it until somebody else changes it.
-    writeFile(at("blink.v2.pbp"), "x");
-    writeFile(at("blink.hex"), "blink.pbp's");
+    putFile(at("blink.v2.pbp"), "x");
+    putFile(at("blink.hex"), "blink.pbp's");
     struct Step {
         const char* compilerWrites;
         const char* thereBefore;  // what lies in blink.hex before, when the step puts something there
@@ -182,10 +174,10 @@ TEST(WineNames, OutputsThisCompileWroteTakeTheLongNameAndNoFileOfTheUsersIsLost)
         if (st.thereBefore && QByteArray(st.thereBefore) == "<none>")
             QFile::remove(at("blink.hex"));
         else if (st.thereBefore)
-            writeFile(at("blink.hex"), st.thereBefore);
+            putFile(at("blink.hex"), st.thereBefore);
         const AliasOutputs v2 = noteAliasOutputs(at("blink.v2.pbp"), R"(Z:\TMP\LED_~KNS\BLINKV~1.PBP)");
         EXPECT_FALSE(v2.compilerWouldUseName);
-        writeFile(at("BLINKV~1.HEX"), st.compilerWrites);
+        putFile(at("BLINKV~1.HEX"), st.compilerWrites);
         names = giveLongNames(v2, ours);
         EXPECT_EQ(readFile(at("blink.hex")), st.hexAfter);
         EXPECT_EQ(QFileInfo::exists(at("BLINKV~1.HEX")), !st.renamed);
@@ -196,7 +188,7 @@ TEST(WineNames, OutputsThisCompileWroteTakeTheLongNameAndNoFileOfTheUsersIsLost)
     QFile::remove(at("blink.hex"));
     QDir().mkpath(at("blink.hex"));
     const AliasOutputs v2 = noteAliasOutputs(at("blink.v2.pbp"), R"(Z:\TMP\LED_~KNS\BLINKV~1.PBP)");
-    writeFile(at("BLINKV~1.HEX"), "v2 into a folder");
+    putFile(at("BLINKV~1.HEX"), "v2 into a folder");
     EXPECT_EQ(giveLongNames(v2, ours).kept.size(), 1);
     EXPECT_TRUE(QFileInfo(at("blink.hex")).isDir());
     EXPECT_EQ(noteAliasOutputs(at("blink.pbp"), R"(Z:\TMP\LED_~KNS\blink.pbp)").alias, "");
@@ -228,7 +220,7 @@ TEST(WineNames, WindowsPathsInMessagesLeadToTheFilesHere) {
     const QString work = root + "/home/ann/led work";
     for (const QString& f : {work + "/blinking_lights_v2.pbp", work + "/blinking_other.pbp", work + "/blink.asm",
                              work + "/INC/Long Include.bas", prefix + "/drive_c/PBP/INC/Lib File.bas"})
-        writeFile(f, "x");
+        putFile(f, "x");
     QDir().mkpath(prefix + "/dosdevices");
     ASSERT_TRUE(QFile::link("../drive_c", prefix + "/dosdevices/c:") && QFile::link(root, prefix + "/dosdevices/z:"));
     // Wine's short forms of the names asked about, made up here; each question is noted.
@@ -409,7 +401,7 @@ TEST(ProgramHost, NativeOrThroughWineIsTheProgramsOwnAndSoAreItsPathForms) {
     FakePaths paths(tmp.path());
     WineState wine;
     const QString compiler = writeProgram(tmp.filePath("pbp dir/PBPW.EXE"), peHead());
-    const QString script = writeProgram(tmp.filePath("PBPW"), "#!/bin/sh\n");
+    const QString script = writeProgram(tmp.filePath("native/PBPW.EXE"), "#!/bin/sh\n");  // told by content
     const QString source = writeProgram(tmp.filePath("led/blink.pbp"), ""), missing = tmp.filePath("led/no.hex");
     const CompileInputs in{.D = source, .S = tmp.path(), .P = compiler, .O = "-v", .C = tmp.filePath("pbp dir"),
                            .M = "16F84A"};

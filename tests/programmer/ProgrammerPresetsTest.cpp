@@ -169,5 +169,4 @@ TEST(ProgrammerPresets, TheDialogFillsTheOtherKindAndKeepsItsOwnControls) {
     EXPECT_EQ(QStringList({setting(Key::ProgrammerType), setting(Key::ProgrammerPathNameOther),
                            setting(Key::ProgrammerCommandLineOptionsOther)}),
               QStringList({"3", "usbpicprog", preset("usbpicprog").options}));
-    EXPECT_EQ(setting(Key::ProgrammerPathNameMeLoader), defaultOf(Key::ProgrammerPathNameMeLoader));
 }

@@ -85,9 +85,11 @@ public:
     explicit FakePaths(QString appDir) : appDir(std::move(appDir)) {}
     QString appDir;
     QStringList roots;
+    QString installedData;  // empty: not an installed program
     QString shortPath(const QString& path) override;
     QString applicationDirectory() override { return appDir; }
     QStringList searchRoots() override { return roots; }
+    QString installedDataDirectory() override { return installedData; }
 };
 
 // A fresh world for one test: its own settings file, application directory and platform doubles,

@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QSaveFile>
 
 // A file's bytes, or "<missing>" when it can't be read.
 inline QByteArray readFile(const QString& path) {
@@ -22,6 +24,40 @@ inline QString writeProgram(const QString& path, const QByteArray& bytes) {
     f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
     return path;
 }
+
+// Writes the bytes as a plain file, making its folders; false when not all of them went in.
+inline bool writeFile(const QString& path, const QByteArray& bytes) {
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
+
+// Another program's atomic save: a new file in the old one's place.
+inline bool replaceFile(const QString& path, const QByteArray& bytes) {
+    QSaveFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size() && f.commit();
+}
+
+// The id of a process that has ended and been reaped.
+inline qint64 deadProcessId() {
+    QProcess p;
+    p.start(QStringLiteral("true"), {});
+    p.waitForStarted();
+    const qint64 pid = p.processId();
+    p.waitForFinished();
+    return pid;
+}
+
+// An environment variable set until the end of the scope, whatever ends it; then as it was, or unset.
+struct ScopedEnv {
+    const char* name;
+    const bool was = qEnvironmentVariableIsSet(name);
+    const QByteArray old = qgetenv(name);
+    ScopedEnv(const char* name, const QByteArray& value) : name(name) { qputenv(name, value); }
+    ~ScopedEnv() { was ? qputenv(name, old) : qunsetenv(name); }
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
+};
 
 // Processes events until done() holds; the deadline only keeps a broken run from hanging.
 template <class Done>

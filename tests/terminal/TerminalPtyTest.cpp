@@ -206,14 +206,6 @@ TEST_F(PtyTest, AProgrammerNamingThePortHasItWhileItRuns) {
     t->cmdConnect_Click();
     ASSERT_TRUE(t->port());
 
-    // One that doesn't name it leaves the terminal as it is.
-    {
-        ProgrammerSession other;
-        other.start(w.launcher, {"pk2cmd", {"-PPIC16F886", "-Fblink.hex", "-M"}}, dir.path());
-        EXPECT_TRUE(t->port());
-        w.launcher.runs.back()->end({});
-    }
-
     auto run = std::make_unique<ProgrammerSession>();
     run->start(w.launcher, {"pp3", {"-c", pty.term, "-t", "16f1829", "blink.hex"}}, dir.path());
     EXPECT_FALSE(t->port());
