@@ -2,6 +2,7 @@
 // What the device catalogue needs of the device list (the combo of the tool ID_Device).
 
 #include <QString>
+#include <QStringList>
 
 class DeviceCombo {
 public:
@@ -9,6 +10,11 @@ public:
     virtual void Clear() = 0;
     // Adds an entry at the end of the list.
     virtual void AddItem(const QString& text) = 0;
+    // Adds entries at the end, in their order; a list that shows them may take them in one go.
+    virtual void AddItems(const QStringList& texts) {
+        for (const QString& t : texts)
+            AddItem(t);
+    }
     virtual int ListCount() const = 0;
     // The entry text at index i; empty for an index outside the list.
     virtual QString List(int i) const = 0;

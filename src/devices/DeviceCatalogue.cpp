@@ -8,6 +8,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QTextStream>
 
 const std::array<QString, kPortCount> kPortMarks = {
@@ -93,6 +94,9 @@ void GetDevices(DeviceCombo& combo) {
         combo.Clear();
         CatalogueFile file;
         const bool usePBP = globals().UsePBP;
+        // The list takes its entries in one go; what was read before a failure still comes in.
+        QStringList read;
+        const auto add = qScopeGuard([&] { combo.AddItems(read); });
         QString line;
         while (file.readLine(line)) {
             // The mark is looked for in the line as it stands, so only an upper-case "PBC" counts.
@@ -101,7 +105,7 @@ void GetDevices(DeviceCombo& combo) {
             const qsizetype colon = line.indexOf(QLatin1Char(':'));
             if (colon < 0)
                 continue;
-            combo.AddItem(line.left(colon));
+            read.append(line.left(colon));
         }
     });
 }

@@ -296,11 +296,15 @@ void SSActiveToolBars::comboChanged(ToolCombo& combo, ComboChange change) {
         case ComboChange::Cleared:
             box->clear();
             break;
-        case ComboChange::ItemAdded:
-            box->addItem(combo.List(combo.ListCount() - 1));
+        case ComboChange::ItemAdded: {
+            QStringList added;
+            for (int i = box->count(); i < combo.ListCount(); ++i)
+                added.append(combo.List(i));
+            box->addItems(added);
             // The widget selects a first entry by itself; the list's own index stands.
             box->setCurrentIndex(combo.ListIndex());
             break;
+        }
         case ComboChange::IndexSet:
             box->setCurrentIndex(combo.ListIndex());
             break;

@@ -32,6 +32,13 @@ void ToolCombo::AddItem(const QString& item) {
     model_->notify([&](ToolObserver& o) { o.comboChanged(*this, ToolObserver::ComboChange::ItemAdded); });
 }
 
+void ToolCombo::AddItems(const QStringList& items) {
+    if (items.isEmpty())
+        return;
+    items_.append(items);
+    model_->notify([&](ToolObserver& o) { o.comboChanged(*this, ToolObserver::ComboChange::ItemAdded); });
+}
+
 int ToolCombo::ListCount() const { return static_cast<int>(items_.size()); }
 
 QString ToolCombo::List(int index) const { return items_.value(index); }

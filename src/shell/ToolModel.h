@@ -28,6 +28,7 @@ class ToolModel;
 class ToolObserver {
 public:
     enum class Property { Caption, Enabled, Visible, Pressed };
+    // ItemAdded: one or more entries came at the end.
     enum class ComboChange { Cleared, ItemAdded, IndexSet };
     virtual ~ToolObserver() = default;
     // Caption: tool is the place (or main tool) whose caption was written. Others: the tool that holds the state.
@@ -43,6 +44,7 @@ class ToolCombo : public DeviceCombo {
 public:
     void Clear() override;
     void AddItem(const QString& item) override;
+    void AddItems(const QStringList& items) override;
     int ListCount() const override;
     // The entry at index from 0; empty outside the list.
     QString List(int index) const override;

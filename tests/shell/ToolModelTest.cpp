@@ -171,9 +171,15 @@ TEST(ToolBars, MenuClicksTheMarginRadioGroupAndComboCloseUp) {
     QObject::connect(&a.bars, &SSActiveToolBars::ComboCloseUp,
                      [&](Tool& t) { closeUps.push_back(t.ComboBox().ListIndex()); });
     ToolCombo& combo = a.tool(ToolId::Device).ComboBox();
-    for (const char* name : {"12F675", "16F84A", "16F877A"})
-        combo.AddItem(name);
+    combo.AddItems({"12F675", "16F84A"});
+    combo.AddItem("16F877A");
     combo.SetListIndex(1);
+    // The widget shows the list as it stands, whether entries came one by one or in one go.
+    QStringList shown;
+    for (int i = 0; i < box->count(); ++i)
+        shown << box->itemText(i);
+    EXPECT_EQ(shown, QStringList({"12F675", "16F84A", "16F877A"}));
+    EXPECT_EQ(box->currentIndex(), 1);
     a.tool(ToolId::Device).setEnabled(true);
     QApplication::processEvents();
     box->showPopup();
