@@ -11,24 +11,82 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QFile>
+#include <QIconEngine>
+#include <QPainter>
 #include <QPixmap>
+#include <QStyle>
 #include <QSignalBlocker>
 #include <QToolBar>
 
 namespace {
 
-// The bundled picture, 16 px and 32 px for dense screens.
+// The bundled picture: 16 px, and 32 px for dense screens. Each file is read when a size it serves is first
+// asked for: a start on an ordinary screen reads half the files, and a tool shown only in a menu none.
+class ToolIconEngine : public QIconEngine {
+public:
+    ToolIconEngine(QString normal, QString dense) : normal_(std::move(normal)), dense_(std::move(dense)) {}
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        return icon(size).pixmap(size, 1.0, mode, state);
+    }
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+        const qreal ratio = painter->device() ? painter->device()->devicePixelRatio() : 1.0;
+        QPixmap picture = pixmap(rect.size() * ratio, mode, state);
+        picture.setDevicePixelRatio(ratio);
+        const QSize shown = picture.deviceIndependentSize().toSize();
+        painter->drawPixmap(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, shown, rect), picture);
+    }
+    QSize actualSize(const QSize& size, QIcon::Mode, QIcon::State) override {
+        QSize best = wantsDense(size) ? QSize(32, 32) : QSize(16, 16);
+        if (best.width() > size.width() || best.height() > size.height())
+            best.scale(size, Qt::KeepAspectRatio);
+        return best;
+    }
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
+        return hasDense() ? QList<QSize>{{16, 16}, {32, 32}} : QList<QSize>{{16, 16}};
+    }
+    bool isNull() override { return false; }
+    QIconEngine* clone() const override { return new ToolIconEngine(*this); }
+    QString key() const override { return QStringLiteral("ToolIconEngine"); }
+
+private:
+    bool hasDense() {
+        if (!denseKnown_) {
+            denseKnown_ = true;
+            denseThere_ = QFile::exists(dense_);
+        }
+        return denseThere_;
+    }
+    bool wantsDense(const QSize& size) { return (size.width() > 16 || size.height() > 16) && hasDense(); }
+    QIcon& icon(const QSize& size) {
+        if (!normalRead_) {
+            normalRead_ = true;
+            // Named as PNG: left to guess, the reader tries every image plugin on the file.
+            icon_.addPixmap(QPixmap(normal_, "PNG"));
+        }
+        if (!denseRead_ && wantsDense(size)) {
+            denseRead_ = true;
+            // The reader takes "@2x" in the name for a ratio; here the size alone picks the file.
+            QPixmap big(dense_, "PNG");
+            big.setDevicePixelRatio(1);
+            icon_.addPixmap(big);
+        }
+        return icon_;
+    }
+
+    QString normal_, dense_;
+    QIcon icon_;
+    bool normalRead_ = false, denseRead_ = false, denseKnown_ = false, denseThere_ = false;
+};
+
 QIcon toolIcon(const Tool& tool) {
     const QString file = tool.icon();
     if (file.isEmpty())
         return {};
-    // Named as PNG: left to guess, the reader tries every image plugin on each file.
-    QIcon icon(QPixmap(file, "PNG"));
     QString dense = file;
     dense.insert(dense.lastIndexOf(QLatin1Char('.')), QLatin1String("@2x"));
-    if (QPixmap big(dense, "PNG"); !big.isNull())
-        icon.addPixmap(big);
-    return icon;
+    return QIcon(new ToolIconEngine(file, dense));
 }
 
 bool isWidgetKind(ToolKind k) { return k == ToolKind::ComboBox || k == ToolKind::Label; }

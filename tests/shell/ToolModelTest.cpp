@@ -164,6 +164,30 @@ TEST(ToolBars, MenuClicksTheMarginRadioGroupAndComboCloseUp) {
     EXPECT_FALSE(a.tool(ToolId::NoMargin).Pressed() || none->isChecked());
     EXPECT_TRUE(a.inMenu(ToolId::Options, ToolId::ScrollingMargin)->isChecked());
 
+    // A tool's picture: the 16 px file, the 32 px one for a larger size, greyed when the tool is off.
+    const QIcon save = a.bars.action(a.onStandard(ToolId::Save))->icon();
+    const QImage small = save.pixmap(QSize(16, 16), 1.0).toImage();
+    EXPECT_EQ(small.size(), QSize(16, 16));
+    // The pixels, not the images' other data (a colour space read from one file and not the other).
+    const auto samePixels = [](const QImage& a, const QImage& b) {
+        if (a.size() != b.size())
+            return false;
+        for (int y = 0; y < a.height(); ++y)
+            for (int x = 0; x < a.width(); ++x)
+                if (a.pixel(x, y) != b.pixel(x, y))
+                    return false;
+        return true;
+    };
+    EXPECT_TRUE(samePixels(small, QPixmap(":/icons/document-save.png").toImage()));
+    EXPECT_TRUE(samePixels(save.pixmap(QSize(32, 32), 1.0).toImage(), QPixmap(":/icons/document-save@2x.png").toImage()));
+    // On a screen of ratio 2 a 16 px place shows the 32 px file.
+    const QPixmap sharp = save.pixmap(QSize(16, 16), 2.0);
+    EXPECT_EQ(sharp.size(), QSize(32, 32));
+    EXPECT_EQ(sharp.devicePixelRatio(), 2.0);
+    EXPECT_FALSE(samePixels(save.pixmap(QSize(16, 16), 1.0, QIcon::Disabled).toImage(), small));
+    EXPECT_EQ(save.actualSize(QSize(24, 24)), QSize(24, 24));
+    EXPECT_EQ(save.actualSize(QSize(64, 64)), QSize(32, 32));
+
     // ComboCloseUp comes when the list closes, not on code's writes.
     auto* box = qobject_cast<ToolComboBox*>(a.bars.widget(a.onStandard(ToolId::Device)));
     ASSERT_NE(box, nullptr);
