@@ -1,7 +1,7 @@
 // A start as the user waits for it: the real executable, from the process's start to the first moment its
 // event loop would wait (the program says so on its output), against a floor built in the same tree (a
-// window of the frame's size with a menu bar, a toolbar, a status bar and one QScintilla), in turns. Both run with settings of their own that an
-// earlier start made, as a user's second start has.
+// window of the frame's size with a menu bar, a toolbar, a status bar and one QScintilla), in turns. Both
+// run with settings of their own that an earlier start made, as a user's second start has.
 #include "BenchMain.h"
 
 #include <QElapsedTimer>

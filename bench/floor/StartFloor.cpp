@@ -1,6 +1,7 @@
 // The floor for the start benchmark: the least a window like the frame can be. A main window of the frame's
 // default size with a menu bar, a toolbar, a status bar and one QScintilla, shown, and ended at the first
-// moment its event loop would wait, saying so on its output, as the real program is when TARNLET_QUIT_AT_IDLE is set.
+// moment its event loop would wait, saying so on its output, as the real program is when
+// TARNLET_QUIT_AT_IDLE is set.
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QMainWindow>
