@@ -47,16 +47,17 @@ struct WineFrame : WineTools, CompileFrame {
 };
 
 // Why a wine test can't run here, or empty.
-QString wineTestBlocker() {
+QString wineTestBlocker(const TestWinePrefix& prefix) {
     if (fakeProgram("fakepbp.exe").isEmpty())
         return "MinGW did not build the Windows test programs";
-    return useTestWinePrefix();
+    return prefix.why();
 }
 
 }  // namespace
 
 TEST(WineCompile, WindowsCompilerGetsItsShortFormsAndItsProcessTreeEnds) {
-    if (const QString why = wineTestBlocker(); !why.isEmpty())
+    const TestWinePrefix prefix;
+    if (const QString why = wineTestBlocker(prefix); !why.isEmpty())
         GTEST_SKIP() << why.toStdString();
     // A Windows program of the user's, running in the same prefix before the compile starts.
     QTemporaryDir other;
@@ -100,7 +101,8 @@ TEST(WineCompile, WindowsCompilerGetsItsShortFormsAndItsProcessTreeEnds) {
 }
 
 TEST(WineCompile, FailuresKeepTheScreenAndOutputsTakeTheSourcesLongNameAndTheTextTheUsersNames) {
-    if (const QString why = wineTestBlocker(); !why.isEmpty())
+    const TestWinePrefix prefix;
+    if (const QString why = wineTestBlocker(prefix); !why.isEmpty())
         GTEST_SKIP() << why.toStdString();
     WineFrame t("an error here\r\n", fakeProgram("fakepbp.exe"), "led work/blinking_lights_v2.pbp");
     const QString dir = t.w.file("led work"), source = dir + "/blinking_lights_v2.pbp";
@@ -150,7 +152,8 @@ TEST(WineCompile, FailuresKeepTheScreenAndOutputsTakeTheSourcesLongNameAndTheTex
 }
 
 TEST(WineCompile, MessagesNamingShortDosPathsLeadToTheUsersFilesAndTheAsmErrorToItsBasicLine) {
-    if (const QString why = wineTestBlocker(); !why.isEmpty())
+    const TestWinePrefix prefix;
+    if (const QString why = wineTestBlocker(prefix); !why.isEmpty())
         GTEST_SKIP() << why.toStdString();
     // An INCLUDEd file in a folder of long names beside the source, one on the prefix's C: drive.
     const QString onC = qEnvironmentVariable("WINEPREFIX") + "/drive_c/qb test inc/long library name.bas";
@@ -222,7 +225,8 @@ TEST(WineCompile, WithoutWineOneMessageAndNoCompile) {
 }
 
 TEST(WineProgrammer, AWindowsProgrammerGetsWindowsPathsForEveryToken) {
-    if (const QString why = wineTestBlocker(); !why.isEmpty())
+    const TestWinePrefix prefix;
+    if (const QString why = wineTestBlocker(prefix); !why.isEmpty())
         GTEST_SKIP() << why.toStdString();
     RunningFrame t(QString(), false);
     PosixLauncher real;

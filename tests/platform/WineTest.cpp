@@ -291,8 +291,9 @@ TEST(Wine, PathFormsOfNamesWithBlanksQuotesAndNonAsciiLetters) {
     const QString fake = fakeProgram("fakeprog.exe");
     if (fake.isEmpty())
         GTEST_SKIP() << "MinGW did not build the Windows test programs";
-    if (const QString why = useTestWinePrefix(); !why.isEmpty())
-        GTEST_SKIP() << why.toStdString();
+    const TestWinePrefix prefix;
+    if (!prefix.why().isEmpty())
+        GTEST_SKIP() << prefix.why().toStdString();
     QTemporaryDir tmp;
     const QString dir = tmp.path() + "/Prog 'it' é;$x";
     ASSERT_TRUE(QDir().mkpath(dir));
