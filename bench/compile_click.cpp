@@ -154,8 +154,9 @@ void BM_CompileClick_Wine(benchmark::State& state) {
     const QString fake = fakeProgram(QStringLiteral("fakepbp.exe"));
     if (fake.isEmpty())
         return state.SkipWithError("MinGW did not build the fake Windows compiler");
-    if (const QString why = useTestWinePrefix(); !why.isEmpty())
-        return state.SkipWithError(qPrintable(why));
+    const TestWinePrefix prefix;
+    if (!prefix.why().isEmpty())
+        return state.SkipWithError(qPrintable(prefix.why()));
     // Warm: a lasting server, the prefix up and its services settled before the first timed run.
     WineServerRecord server;
     keepWineServerWarm(server, 0);

@@ -3,7 +3,7 @@
 #include "platform/PosixLauncher.h"
 #include "platform/PosixPaths.h"
 #include "platform/QtPrompts.h"
-#include "platform/QtSingleInstance.h"
+#include "platform/UnixSingleInstance.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
 #include "shell/MDIMain.h"
@@ -31,7 +31,7 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     const QString commandLine = MDIMain::absolutePath(MDIMain::commandLineFrom(app));
     // One IDE per user, display and settings home: the running one opens the file and comes forward.
-    QtSingleInstance channel(QtSingleInstance::addressFor(settingsHome()));
+    UnixSingleInstance channel(UnixSingleInstance::addressFor(settingsHome()));
     if (channel.handOver(HandOver{commandLine.isEmpty() ? QStringList() : QStringList{commandLine}},
                          kRunningIdeAnswerMs))
         return 0;

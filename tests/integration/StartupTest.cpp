@@ -5,7 +5,7 @@
 #include "compile/CompilerScreen.h"
 #include "core/Session.h"
 #include "shell/EditorRegistry.h"
-#include "platform/QtSingleInstance.h"
+#include "platform/UnixSingleInstance.h"
 #include "platform/Twips.h"
 #include "statusbar/StatusPicture.h"
 #include "statusbar/cNoStatusBar.h"
@@ -326,16 +326,12 @@ namespace {
 bool laterStart(const HandOver& message, const QString& address, int timeoutMs = kRunningIdeAnswerMs) {
     std::atomic<int> taken{-1};
     std::thread later([&] {
-        QtSingleInstance channel(address);
+        UnixSingleInstance channel(address);
         taken = channel.handOver(message, timeoutMs) ? 1 : 0;
     });
     waitFor([&] { return taken >= 0; });
     later.join();
     return taken == 1;
-}
-// The file behind a local socket's address.
-QString socketFile(const QString& address) {
-    return QDir::isAbsolutePath(address) ? address : QDir::tempPath() + "/" + address;
 }
 }  // namespace
 
@@ -377,15 +373,22 @@ TEST(OneIde, HandedOverFilesOpenOrComeForwardAndTheFrameComesToTheFront) {
 }
 
 // The channel: one whole message is taken and answered; foreign bytes, another settings home and an IDE that
-// doesn't answer are not; a socket a killed IDE left is taken over.
+// doesn't answer are not; a socket a killed IDE left is taken over, one that an IDE listens on is not, and
+// an IDE that ends takes its socket along.
 TEST(OneIde, TheChannelTakesOurMessagesOnlyAndEachSettingsHomeIsItsOwnIde) {
     TestWorld w;
-    const QString address = QtSingleInstance::addressFor(settingsHome());
-    EXPECT_NE(QtSingleInstance::addressFor(settingsHome() + "/portable"), address);
-    ASSERT_TRUE(writeFile(socketFile(address), ""));  // a socket file left behind by a killed IDE
-    QtSingleInstance running(address);
+    const QString address = UnixSingleInstance::addressFor(settingsHome());
+    const QString socketFile = UnixSingleInstance::socketPath(address);
+    EXPECT_NE(UnixSingleInstance::addressFor(settingsHome() + "/portable"), address);
+    ASSERT_TRUE(writeFile(socketFile, ""));  // a socket file left behind by a killed IDE
+    EXPECT_FALSE(laterStart({}, address, 300));
+    auto running = std::make_unique<UnixSingleInstance>(address);
     QList<HandOver> got;
-    ASSERT_TRUE(running.listen([&](const HandOver& m) { got << m; }));
+    ASSERT_TRUE(running->listen([&](const HandOver& m) { got << m; }));
+    EXPECT_EQ(QFileInfo(socketFile).permissions() & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther |
+                                                      QFile::WriteOther), QFile::Permissions());
+    UnixSingleInstance sameMoment(address);
+    EXPECT_FALSE(sameMoment.listen([&](const HandOver& m) { got << m; }));
     const HandOver one{{"/home/ann/my led/blink.pbp"}};
     EXPECT_TRUE(laterStart(one, address));
     EXPECT_TRUE(laterStart({}, address));
@@ -411,12 +414,15 @@ TEST(OneIde, TheChannelTakesOurMessagesOnlyAndEachSettingsHomeIsItsOwnIde) {
     ASSERT_TRUE(waitFor([&] { return got.size() == 3; }));
 
     // Nobody under another settings home; an IDE that takes the call but never answers is given up.
-    EXPECT_FALSE(laterStart(one, QtSingleInstance::addressFor(settingsHome() + "/portable"), 300));
+    EXPECT_FALSE(laterStart(one, UnixSingleInstance::addressFor(settingsHome() + "/portable"), 300));
     QLocalServer silent;
     const QString silentAddress = address + "-silent";
     ASSERT_TRUE(silent.listen(silentAddress));
     EXPECT_FALSE(laterStart(one, silentAddress, 300));
     EXPECT_EQ(got.size(), 3);
+    running.reset();
+    EXPECT_FALSE(QFileInfo::exists(socketFile));
+    EXPECT_FALSE(laterStart(one, address, 300));
 }
 
 // The program itself: a second tarnlet, with a relative path and with none, hands over to the running frame
@@ -425,7 +431,7 @@ TEST(OneIde, ASecondTarnletHandsItsFileToTheRunningFrameAndEnds) {
     const QString program = QStringLiteral(QB_BINARY_DIR "/tarnlet");
     ASSERT_TRUE(QFileInfo(program).isExecutable()) << "build the program first";
     RunningFrame t;
-    QtSingleInstance channel(QtSingleInstance::addressFor(settingsHome()));
+    UnixSingleInstance channel(UnixSingleInstance::addressFor(settingsHome()));
     ASSERT_TRUE(t.f->answerLaterStarts(channel));
     const QString file = t.w.write("handed over.pbp", "HIGH 1\r\n");
     for (const QStringList& args : {QStringList{"handed over.pbp"}, QStringList{}}) {
