@@ -74,6 +74,7 @@ private:
     QPointer<QMainWindow> frame_;
     QPointer<QMenuBar> menuBar_;
     QPointer<QToolBar> standard_;
+    QStyle* bandStyle_ = nullptr;  // the band's, a child of it
     QHash<const Tool*, QPointer<QMenu>> menus_;              // by menu tool of the main collection
     QHash<const Tool*, QPointer<QAction>> actions_;          // by place
     QHash<const Tool*, QPointer<QWidget>> widgets_;          // combo box and label places
