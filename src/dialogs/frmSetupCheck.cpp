@@ -9,8 +9,15 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QStyle>
+#include <QScreen>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
+#include <QTextLayout>
 #include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -20,6 +27,43 @@ QTableWidgetItem* cell(const QString& text) {
     item->setToolTip(text);
     return item;
 }
+
+// Qt sizes a wrapped cell for the column's whole width and for breaks between words only, but draws it inside
+// the text margins and breaks a path that doesn't fit anywhere: a fix naming a long folder came out a line
+// short, its end cut off. The height asked for here is the one the text is drawn in.
+class WrappedTextDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        QSize size = QStyledItemDelegate::sizeHint(option, index);
+        QStyleOptionViewItem o(option);
+        initStyleOption(&o, index);
+        if (!(o.features & QStyleOptionViewItem::WrapText) || o.text.isEmpty())
+            return size;
+        const QStyle* style = o.widget ? o.widget->style() : QApplication::style();
+        const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &o, o.widget) + 1;
+        const qreal drawn = textHeight(o, o.rect.width() - 2 * margin, QTextOption::WrapAtWordBoundaryOrAnywhere);
+        const qreal sized = textHeight(o, o.rect.width(), QTextOption::WordWrap);
+        size.rheight() += std::max(0, qCeil(drawn) - qCeil(sized));
+        return size;
+    }
+
+private:
+    static qreal textHeight(const QStyleOptionViewItem& o, int width, QTextOption::WrapMode wrap) {
+        QTextLayout layout(o.text, o.font);
+        QTextOption option;
+        option.setWrapMode(wrap);
+        layout.setTextOption(option);
+        qreal height = 0;
+        layout.beginLayout();
+        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+            line.setLineWidth(std::max(1, width));
+            height += line.height();
+        }
+        layout.endLayout();
+        return height;
+    }
+};
 
 }  // namespace
 
@@ -62,6 +106,7 @@ frmSetupCheck::frmSetupCheck(QWidget* owner, InputsFn inputs, SystemProbe& probe
     Rows->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
     Rows->horizontalHeader()->setSectionResizeMode(3, QHeaderView::Stretch);
     Rows->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    Rows->setItemDelegate(new WrappedTextDelegate(Rows));
 
     cmdAgain = new QPushButton(QStringLiteral("Check &Again"), this);
     cmdCopy = new QPushButton(QStringLiteral("Co&py Report"), this);
@@ -87,6 +132,22 @@ frmSetupCheck::frmSetupCheck(QWidget* owner, InputsFn inputs, SystemProbe& probe
 }
 
 frmSetupCheck::~frmSetupCheck() { globals().removeWindow(this); }
+
+void frmSetupCheck::showEvent(QShowEvent* e) {
+    QDialog::showEvent(e);
+    if (std::exchange(grown_, true))
+        return;
+    // Shown first, it grows to show every row, as far as the screen lets it.
+    int rows = Rows->horizontalHeader()->height() + 2 * Rows->frameWidth();
+    for (int i = 0; i < Rows->rowCount(); ++i)
+        rows += Rows->rowHeight(i);
+    const int more = rows - Rows->height();
+    if (more <= 0)
+        return;
+    const QScreen* s = screen();
+    const int room = s ? s->availableGeometry().height() - frameGeometry().height() : more;
+    resize(width(), height() + std::clamp(more, 0, std::max(0, room)));
+}
 
 void frmSetupCheck::done(int result) {
     globals().removeWindow(this);

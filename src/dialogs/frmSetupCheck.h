@@ -40,7 +40,11 @@ public:
 
     void done(int result) override;
 
+protected:
+    void showEvent(QShowEvent* e) override;
+
 private:
+    bool grown_ = false;
     InputsFn inputs_;
     SystemProbe& probe_;
     QList<SetupRow> rows_;

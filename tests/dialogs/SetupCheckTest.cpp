@@ -10,7 +10,10 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QStyle>
 #include <QTableWidget>
+#include <QTextLayout>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -247,4 +250,36 @@ TEST(SetupCheck, TheWindowShowsTheRowsAndChecksAgain) {
     EXPECT_EQ(dlg.Summary->text(), "Everything a compile and a launch need is here.");
     dlg.cmdCopy->click();
     EXPECT_EQ(QApplication::clipboard()->text(), setupReportText(dlg.rows()));
+
+    // Long fixes wrap, a folder's path broken anywhere as it is drawn: shown, the window grows to show every
+    // row, and each row holds its text whole as the window narrows.
+    m.probe.files.remove("/opt/pbp/MPASMWIN.EXE");
+    m.in.compilerPath = "/home/ann/Programs/microcontrollers/picbasic-pro-compiler-3.1.5-full/PBPW.EXE";
+    m.probe.files << m.in.compilerPath;
+    m.probe.windowsPrograms.insert(m.in.compilerPath, kPeMachineI386);
+    dlg.cmdAgain->click();
+    ASSERT_EQ(dlg.Rows->item(5, 1)->text(), "missing");
+    dlg.show();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(dlg.Rows->verticalScrollBar()->isVisible());
+    const int margin = dlg.Rows->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, dlg.Rows) + 1;
+    for (int width = dlg.width(); width > dlg.width() / 2; width -= 2) {
+        dlg.resize(width, dlg.height());
+        QCoreApplication::processEvents();
+        for (int row = 0; row < dlg.Rows->rowCount(); ++row)
+            for (int column : {2, 3}) {
+                QTextLayout drawn(dlg.Rows->item(row, column)->text(), dlg.Rows->font());
+                QTextOption wrap;
+                wrap.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+                drawn.setTextOption(wrap);
+                qreal height = 0;
+                drawn.beginLayout();
+                for (QTextLine line = drawn.createLine(); line.isValid(); line = drawn.createLine()) {
+                    line.setLineWidth(dlg.Rows->columnWidth(column) - 2 * margin);
+                    height += line.height();
+                }
+                drawn.endLayout();
+                EXPECT_LE(height, dlg.Rows->rowHeight(row)) << width << " " << row << " " << column;
+            }
+    }
 }
