@@ -8,6 +8,7 @@
 #include "platform/Failure.h"
 #include "platform/KeyCodes.h"
 #include "platform/Prompts.h"
+#include "platform/QtFixedDialog.h"
 #include "platform/Twips.h"
 #include "core/Convert.h"
 #include "core/Frame.h"
@@ -15,10 +16,8 @@
 
 #include <QCloseEvent>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
-#include <QScreen>
 
 #include <algorithm>
 
@@ -116,15 +115,7 @@ CompilerScreen::CompilerScreen(QWidget* owner) : QWidget(owner, Qt::Window) {
     CompileScreenTimer.setInterval(1000);
     connect(&CompileScreenTimer, &QTimer::timeout, this, &CompilerScreen::CompileScreenTimer_Timer);
 
-    const QSize client(twipsToPixelsX(6420), twipsToPixelsY(3195));
-    resize(client);
-    QRect around;
-    if (owner)
-        around = owner->frameGeometry();
-    else if (const QScreen* s = QGuiApplication::primaryScreen())
-        around = s->availableGeometry();
-    if (around.isValid())
-        move(around.center() - QPoint(client.width() / 2, client.height() / 2));
+    centreInTwips(*this, owner, 6420, 3195);
     Form_Resize();
 
     globals().addWindow(this);

@@ -3,7 +3,9 @@
 #include "platform/Twips.h"
 
 #include <QDialog>
+#include <QGuiApplication>
 #include <QLabel>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -23,4 +25,16 @@ void placeInTwips(QWidget* w, int left, int top, int width, int height) {
     w->setGeometry(twipsToPixelsX(left), twipsToPixelsY(top), twipsToPixelsX(width), twipsToPixelsY(height));
     if (auto* label = qobject_cast<QLabel*>(w))
         label->resize(std::max(label->width(), label->sizeHint().width()), label->height());
+}
+
+void centreInTwips(QWidget& window, QWidget* owner, int widthTwips, int heightTwips) {
+    const QSize client(twipsToPixelsX(widthTwips), twipsToPixelsY(heightTwips));
+    window.resize(client);
+    QRect around;
+    if (owner)
+        around = owner->frameGeometry();
+    else if (const QScreen* s = QGuiApplication::primaryScreen())
+        around = s->availableGeometry();
+    if (around.isValid())
+        window.move(around.center() - QPoint(client.width() / 2, client.height() / 2));
 }

@@ -10,3 +10,5 @@ class QWidget;
 void setupFixedDialog(QDialog& dlg, const QString& title, int widthTwips, int heightTwips);
 // A control at its place and size in twips; a label wider in this font than planned runs on.
 void placeInTwips(QWidget* w, int left, int top, int width, int height);
+// Sizes the window's client area in twips and centres it over owner's frame, or over the screen without one.
+void centreInTwips(QWidget& window, QWidget* owner, int widthTwips, int heightTwips);

@@ -3,16 +3,15 @@
 #include "core/Frame.h"
 #include "core/Globals.h"
 #include "platform/Prompts.h"
+#include "platform/QtFixedDialog.h"
 #include "platform/Twips.h"
 #include "programmer/ProgrammerSession.h"
 
 #include <QFontDatabase>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScreen>
 #include <QScrollBar>
 #include <QTextCursor>
 #include <QVBoxLayout>
@@ -77,15 +76,7 @@ ProgrammerOutput::ProgrammerOutput(QWidget* owner) : QWidget(owner, Qt::Window) 
     connect(cmdClose, &QPushButton::clicked, this, [this] { cmdClose_Click(); });
     connect(cmdCheckSetup, &QPushButton::clicked, this, [this] { cmdCheckSetup_Click(); });
 
-    const QSize client(twipsToPixelsX(6420), twipsToPixelsY(3195));
-    resize(client);
-    QRect around;
-    if (owner)
-        around = owner->frameGeometry();
-    else if (const QScreen* s = QGuiApplication::primaryScreen())
-        around = s->availableGeometry();
-    if (around.isValid())
-        move(around.center() - QPoint(client.width() / 2, client.height() / 2));
+    centreInTwips(*this, owner, 6420, 3195);
     showState();
 
     globals().addWindow(this);
