@@ -23,6 +23,7 @@
 #include <QThread>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <stdexcept>
 
 struct RunningFrame {
@@ -113,8 +114,10 @@ struct CompileFrame : RunningFrame {
     // Compiles, keeps the once-a-second tick out of the way and waits for the tick at the script's end.
     bool compileAndWait() {
         click(ToolId::Compile);
-        if (!run().CheckFile.isActive())
+        if (!run().CheckFile.isActive()) {
+            std::fprintf(stderr, "the compile did not start; boxes: %s\n", qPrintable(boxTexts().join(" | ")));
             return false;
+        }
         run().CheckFile.start(3600 * 1000);
         return waitFor([&] { return !run().CheckFile.isActive(); });
     }
