@@ -6,38 +6,49 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QThread>
 
 namespace {
 
 // A first run of wine creates the prefix, which can take a minute on a slow machine.
 constexpr int kWinepathWaitMs = 180 * 1000;
+// A wine run fails now and then and prints nothing (its server ending as it starts, a prefix just made):
+// it is asked again before a compile is told that a path has no form.
+constexpr int kWinepathAttempts = 3;
+constexpr int kWinepathRetryMs = 250;
 
 QStringList runWinepath(const QString& flag, const QStringList& paths) {
-    QStringList result;
-    for (qsizetype i = 0; i < paths.size(); ++i)
-        result << QString();
     const QString wine = wineProgram();
-    if (wine.isEmpty() || paths.isEmpty())
-        return result;
-    QProcess p;
-    p.setProcessEnvironment(wineEnvironment(QProcessEnvironment::systemEnvironment()));
-    p.setStandardInputFile(QProcess::nullDevice());
-    p.setStandardErrorFile(QProcess::nullDevice());
-    p.start(wine, QStringList{QStringLiteral("winepath.exe"), flag} + paths);
-    if (!p.waitForFinished(kWinepathWaitMs)) {
-        p.kill();
-        p.waitForFinished();
-        return result;
+    for (int attempt = 1;; ++attempt) {
+        QStringList result;
+        for (qsizetype i = 0; i < paths.size(); ++i)
+            result << QString();
+        if (wine.isEmpty() || paths.isEmpty())
+            return result;
+        QProcess p;
+        p.setProcessEnvironment(wineEnvironment(QProcessEnvironment::systemEnvironment()));
+        p.setStandardInputFile(QProcess::nullDevice());
+        p.setStandardErrorFile(QProcess::nullDevice());
+        p.start(wine, QStringList{QStringLiteral("winepath.exe"), flag} + paths);
+        if (!p.waitForFinished(kWinepathWaitMs)) {
+            p.kill();
+            p.waitForFinished();
+            return result;
+        }
+        // One line per path; winepath leaves a line empty for a path it can't convert.
+        const QStringList lines = QString::fromLocal8Bit(p.readAllStandardOutput()).split(QLatin1Char('\n'));
+        bool whole = p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+        for (qsizetype i = 0; i < paths.size(); ++i) {
+            QString line = lines.value(i);
+            if (line.endsWith(QLatin1Char('\r')))
+                line.chop(1);
+            result[i] = line;
+            whole = whole && !line.isEmpty();
+        }
+        if (whole || attempt == kWinepathAttempts)
+            return result;
+        QThread::msleep(kWinepathRetryMs);
     }
-    // One line per path; winepath leaves a line empty for a path it can't convert.
-    const QStringList lines = QString::fromLocal8Bit(p.readAllStandardOutput()).split(QLatin1Char('\n'));
-    for (qsizetype i = 0; i < paths.size() && i < lines.size(); ++i) {
-        QString line = lines[i];
-        if (line.endsWith(QLatin1Char('\r')))
-            line.chop(1);
-        result[i] = line;
-    }
-    return result;
 }
 
 }  // namespace

@@ -22,18 +22,22 @@ struct PathWithoutWine : ScopedEnv {
 };
 
 // A wine and a wineserver of the test's own in front of PATH: winepath's -w gives Z: and backslashes, -s
-// the upper case; each run leaves a line in runs.txt beside them.
+// the upper case; each run leaves a line in runs.txt beside them. failWine(n) makes the next n runs fail.
 struct FakeWine {
     QTemporaryDir dir;
     ScopedEnv path{"PATH", dir.path().toLocal8Bit() + ":" + qgetenv("PATH")};
     FakeWine() {
-        writeProgram(dir.filePath("wine"), "#!/bin/sh\nprintf '%s\\n' \"$*\" >> \"$(dirname \"$0\")/runs.txt\"\n"
+        // While failures.txt holds a number above 0, a run counts it down and fails printing nothing.
+        writeProgram(dir.filePath("wine"), "#!/bin/sh\nd=$(dirname \"$0\")\nprintf '%s\\n' \"$*\" >> \"$d/runs.txt\"\n"
+                                           "n=$(cat \"$d/failures.txt\" 2>/dev/null || echo 0)\n"
+                                           "if [ \"$n\" -gt 0 ]; then echo $((n - 1)) > \"$d/failures.txt\"; exit 1; fi\n"
                                            "flag=$2; shift 2\nfor a; do\n  if [ \"$flag\" = -w ]; then "
                                            "printf 'Z:%s\\n' \"$a\" | tr / '\\\\'; else printf '%s\\n' \"$a\" | "
                                            "tr a-z A-Z; fi\ndone\n");
         writeProgram(dir.filePath("wineserver"),
                      "#!/bin/sh\necho \"wineserver $*\" >> \"$(dirname \"$0\")/runs.txt\"\n");
     }
+    void failWine(int runs) { ASSERT_TRUE(writeFile(dir.filePath("failures.txt"), QByteArray::number(runs))); }
     // The runs since the last call.
     QStringList runs() {
         const QString text = QString::fromUtf8(readFile(dir.filePath("runs.txt")));
@@ -436,6 +440,15 @@ TEST(ProgramHost, NativeOrThroughWineIsTheProgramsOwnAndSoAreItsPathForms) {
     EXPECT_EQ(ProgramHost::of(compiler, paths, wine)->shortPath(source), D) << "one cache for the process";
     EXPECT_EQ(fake.runs(), QStringList());
     EXPECT_EQ(host->fullPath(missing), windows(missing));
+    fake.runs();
+    // A wine run that fails is asked again, twice at most; a path is said to have no form only then.
+    const QString other = writeProgram(tmp.filePath("led/other.pbp"), "");
+    fake.failWine(2);
+    EXPECT_EQ(host->shortPath(other), windows(other).toUpper());
+    EXPECT_EQ(fake.runs().filter("winepath.exe -w").size(), 3);
+    fake.failWine(3);
+    EXPECT_EQ(host->fullPath(other), "");
+    EXPECT_EQ(fake.runs().size(), 3);
     EXPECT_EQ(host->compileScript(in, P, D),
               runpbShWine(in, {.wine = fake.dir.filePath("wine"), .P = P, .D = D, .C = P.left(P.lastIndexOf('\\'))}));
 }
