@@ -7,6 +7,7 @@
 #include "programmer/ProgrammerOutput.h"
 
 #include <QPlainTextEdit>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include <csignal>
@@ -64,6 +65,11 @@ TEST(WineCompile, WindowsCompilerGetsItsShortFormsAndItsProcessTreeEnds) {
     const QString otherProgram = other.filePath("userprog.exe");
     ASSERT_TRUE(QFile::copy(fakeProgram("fakeprog.exe"), otherProgram));
     PosixLauncher().startDetached(otherProgram, {"--stay"}, other.path());
+    // It goes at the end however the test ends: it holds the test's output open, and ctest would wait on it.
+    const auto endUsers = qScopeGuard([] {
+        for (qint64 pid : processesWith({"userprog.exe", "--stay"}))
+            ::kill(pid_t(pid), SIGKILL);
+    });
     ASSERT_TRUE(waitFor([&] { return !processesWith({"userprog.exe", "--stay"}).isEmpty(); }));
 
     WineFrame t("HIGH PORTB.0\r\nlinger\r\n", fakeProgram("fakepbp.exe"));
@@ -94,10 +100,7 @@ TEST(WineCompile, WindowsCompilerGetsItsShortFormsAndItsProcessTreeEnds) {
     ASSERT_NE(t.run().process(), nullptr);
     EXPECT_FALSE(t.run().process()->running());
     EXPECT_TRUE(waitFor([&] { return processesWith({"PBPW.EXE", "--sleep"}).isEmpty(); }));
-    const QList<qint64> users = processesWith({"userprog.exe", "--stay"});
-    EXPECT_EQ(users.size(), 1);
-    for (qint64 pid : users)
-        ::kill(pid_t(pid), SIGKILL);
+    EXPECT_EQ(processesWith({"userprog.exe", "--stay"}).size(), 1);
 }
 
 TEST(WineCompile, FailuresKeepTheScreenAndOutputsTakeTheSourcesLongNameAndTheTextTheUsersNames) {
