@@ -82,19 +82,12 @@ bool sameUser(int fd) {
 
 }  // namespace
 
-struct UnixSingleInstance::Caller {
-    quint64 id = 0;
-    int fd = -1;
-    QSocketNotifier* notifier = nullptr;
-    HandOverReader reader;
-};
-
 UnixSingleInstance::UnixSingleInstance(QString address, QObject* parent)
     : QObject(parent), address_(std::move(address)) {}
 
 UnixSingleInstance::~UnixSingleInstance() {
     while (!callers_.empty())
-        drop(callers_.back()->id);
+        drop(callers_.begin()->first);
     stopListening();
 }
 
@@ -217,24 +210,21 @@ void UnixSingleInstance::acceptConnections() {
             ::close(fd);
             continue;
         }
-        static quint64 lastId = 0;
-        auto caller = std::make_unique<Caller>();
-        caller->id = ++lastId;
-        caller->fd = fd;
-        caller->notifier = new QSocketNotifier(fd, QSocketNotifier::Read, this);
-        const quint64 id = caller->id;
-        connect(caller->notifier, &QSocketNotifier::activated, this, [this, id] { read(id); });
-        QTimer::singleShot(kReadTimeoutMs, caller->notifier, [this, id] { drop(id); });
-        callers_.push_back(std::move(caller));
+        const quint64 id = ++lastId_;
+        Caller& caller = callers_[id];
+        caller.fd = fd;
+        caller.notifier = new QSocketNotifier(fd, QSocketNotifier::Read, this);
+        connect(caller.notifier, &QSocketNotifier::activated, this, [this, id] { read(id); });
+        QTimer::singleShot(kReadTimeoutMs, caller.notifier, [this, id] { drop(id); });
         read(id);  // bytes may have come with the call
     }
 }
 
 void UnixSingleInstance::read(quint64 id) {
-    const auto found = std::find_if(callers_.begin(), callers_.end(), [id](const auto& c) { return c->id == id; });
+    const auto found = callers_.find(id);
     if (found == callers_.end())
         return;
-    Caller& c = **found;
+    Caller& c = found->second;
     char buffer[4096];
     for (;;) {
         const ssize_t n = ::recv(c.fd, buffer, sizeof buffer, 0);
@@ -268,12 +258,12 @@ void UnixSingleInstance::read(quint64 id) {
 }
 
 void UnixSingleInstance::drop(quint64 id) {
-    const auto found = std::find_if(callers_.begin(), callers_.end(), [id](const auto& c) { return c->id == id; });
+    const auto found = callers_.find(id);
     if (found == callers_.end())
         return;
     // Its notifier may be the one signalling now: it goes once that is over.
-    (*found)->notifier->setEnabled(false);
-    (*found)->notifier->deleteLater();
-    ::close((*found)->fd);
+    found->second.notifier->setEnabled(false);
+    found->second.notifier->deleteLater();
+    ::close(found->second.fd);
     callers_.erase(found);
 }

@@ -3,7 +3,7 @@
 
 #include <QObject>
 
-#include <memory>
+#include <map>
 
 class QSocketNotifier;
 
@@ -28,7 +28,11 @@ public:
     static constexpr int kReadTimeoutMs = 5000;
 
 private:
-    struct Caller;
+    struct Caller {
+        int fd = -1;
+        QSocketNotifier* notifier = nullptr;
+        HandOverReader reader;
+    };
     void acceptConnections();
     void read(quint64 caller);
     void drop(quint64 caller);
@@ -37,6 +41,7 @@ private:
     QString address_;
     int listener_ = -1;
     QSocketNotifier* accepting_ = nullptr;
-    std::vector<std::unique_ptr<Caller>> callers_;
+    std::map<quint64, Caller> callers_;  // by id, which a timer may still name after the call went
+    quint64 lastId_ = 0;
     std::function<void(const HandOver&)> onMessage_;
 };
