@@ -4,6 +4,7 @@
 #include "document/frmEditorDisk.h"
 #include "document/frmEditorEncoding.h"
 #include "shell/EditorRegistry.h"
+#include "statusbar/cNoStatusBar.h"
 
 #include <QListWidget>
 
@@ -25,6 +26,14 @@ TEST(FilesOnDisk, AnotherProgramsSavesReachTheDocumentsAndTheFramesOwnDoNot) {
     }
     ASSERT_TRUE(writeFile(a, "' a, 4\r\n"));
     EXPECT_TRUE(waitFor([&] { return text(docA) == "' a, 4\r\n"; }));
+    // Read again with the caret where it was, the statement tip tells of the new text under it.
+    t.f->mdiArea()->setActiveSubWindow(docA->subWindow());
+    for (const QByteArray& bytes : {QByteArray("HIGH 1\r\n"), QByteArray("LOW 1\r\n")}) {
+        ASSERT_TRUE(writeFile(a, bytes));
+        EXPECT_TRUE(waitFor([&] { return text(docA) == bytes; }));
+    }
+    EXPECT_EQ(t.f->statusBar()->PanelText(2), "Make pin output low.");
+    t.f->mdiArea()->setActiveSubWindow(docB->subWindow());
 
     // The frame's own save is no change: once another file's change is through, it is too, unnoticed.
     t.type("x");
