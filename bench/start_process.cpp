@@ -27,6 +27,9 @@ struct Homes {
         e.insert(QStringLiteral("XDG_STATE_HOME"), state.path());
         e.insert(QStringLiteral("XDG_DATA_HOME"), data.path());
         e.insert(QStringLiteral("TARNLET_QUIT_AT_IDLE"), QStringLiteral("1"));
+        // GLib's dispatcher says it would wait on entering each turn, before the first paint has run; Qt's
+        // own says so only when nothing is left to do, so the first paint is counted.
+        e.insert(QStringLiteral("QT_NO_GLIB"), QStringLiteral("1"));
         if (!e.contains(QStringLiteral("QT_QPA_PLATFORM")))
             e.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
         return e;

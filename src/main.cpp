@@ -51,7 +51,8 @@ int main(int argc, char** argv) {
         frame.answerLaterStarts(channel);
         frame.show();
         // For the start benchmark: at the first moment its event loop would wait, the process says so on its
-        // output and ends.
+        // output and ends. Run with QT_NO_GLIB=1 that is after the first paint: GLib's dispatcher says so on
+        // entering each turn.
         if (qEnvironmentVariableIsSet("TARNLET_QUIT_AT_IDLE"))
             QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &app,
                              [] { sayIdleAndQuit(); });
