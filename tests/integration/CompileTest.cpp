@@ -5,6 +5,7 @@
 
 #include <QPointer>
 #include <QProcess>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -92,6 +93,7 @@ TEST(Compile, ACompilerThatFailsWithoutAnErrorLineKeepsTheScreenAndSaysItsStatus
         EXPECT_EQ(shown.mid(shown.size() - 2), QStringList({"exit status " + QString::number(c.status), ""}));
         EXPECT_TRUE(t.run().output().contains(c.says)) << t.run().output().toStdString();
         EXPECT_FALSE(t.run().output().contains("exit status"));
+        EXPECT_EQ(!t.screen().cmdCheckSetup->isHidden(), c.status >= 126) << "one that can't run offers the check";
         EXPECT_TRUE(t.w.prompts.boxes.empty());
     }
 }

@@ -27,18 +27,18 @@ QPoint onLine(SourceViewEditor& e, int line) {
 }  // namespace
 
 TEST(Messages, FromTheOutputScreenToTheLinesByEnterDoubleClickAndF4) {
-    // The compiler double writes a tagged .asm beside the source and prints a message of each kind, the
-    // last about an .asm that isn't there.
+    // The compiler double writes a tagged .asm beside the source and prints a message of each kind, one line
+    // ended by CR LF, the last about an .asm that isn't there, named from the source's folder.
     QTemporaryDir scratch;
     const QString compiler = writeProgram(
         scratch.filePath("PBPW"),
         "#!/bin/sh\nfor a; do src=$a; done\ndir=$(dirname \"$src\")\n"
         "printf '; %s\\t00003\\tGOTO nowhere\\n\\tgoto nowhere\\n' \"$src\" > \"$dir/blink.asm\"\n"
         "echo 'PICBASIC PRO(TM) Compiler 3.1, (c) 1998 x'\n"
-        "echo 'WARNING Line 2: Unused variable. (inc/defs.pbp)'\n"
+        "printf 'WARNING Line 2: Unused variable. (inc/defs.pbp)\\r\\n'\n"
         "echo 'ERROR Line 4: Syntax error.'\n"
         "echo \"Error[113] $dir/blink.asm 2 : Symbol not previously defined (nowhere)\"\n"
-        "echo \"Message[302] $dir/gone.asm 60 : Register not in bank 0.\"\nexit 1\n");
+        "echo 'Message[302] gone.asm 60 : Register not in bank 0.'\nexit 1\n");
     CompileFrame t("INCLUDE \"inc/defs.pbp\"\nHIGH PORTB.0\nGOTO nowhere\nEND\n", compiler, true, "led/blink.pbp");
     const QString source = t.w.file("led/blink.pbp"), include = t.w.write("led/inc/defs.pbp", "x VAR BYTE\ny VAR WORD\n");
     SourceView& blink = *t.doc()->View;

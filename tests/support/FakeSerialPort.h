@@ -1,6 +1,6 @@
 #pragma once
 // Serial ports as a test tells them: the ports listed, what an open throws, the bytes written, and bytes
-// arriving or the device going away when the test says.
+// arriving when the test says.
 
 #include "platform/Failure.h"
 #include "platform/SerialPort.h"
@@ -31,10 +31,6 @@ public:
     void arrive(const QByteArray& bytes) {
         pending += bytes;
         emit received();
-    }
-    void vanish(const QString& why) {
-        gone = true;
-        emit vanished(why);
     }
 
 private:
