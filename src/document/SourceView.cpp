@@ -288,6 +288,8 @@ void SourceView::Impl::textAboutToChange(long pos, int type, const char* text, i
         return;
     ++generation;
     const int line = int(e.SendScintilla(Sci::SCI_LINEFROMPOSITION, pos));
+    if (line == lastLine)
+        caretLineEdited = true;
     if (!pendingLines) {
         pendingLines = PendingLines{line, int(e.SendScintilla(Sci::SCI_GETLINECOUNT))};
         // Operations deliver at their end; this covers text changed any other way.
@@ -330,8 +332,9 @@ void SourceView::checkCaretMoved() {
     int col = 0, line = 0;
     const long pos = editor_->SendScintilla(Sci::SCI_GETCURRENTPOS);
     columnAndLine(*editor_, pos, col, line);
-    if (col == d->lastCol && line == d->lastLine)
+    if (col == d->lastCol && line == d->lastLine && !d->caretLineEdited)
         return;
+    d->caretLineEdited = false;
     d->lastCol = col;
     d->lastLine = line;
     emit CaretMove(col, line);

@@ -92,6 +92,16 @@ TEST_F(EditorEvents, CaretMoveShowsThePositionAndTheTipOfTheWordLeftOfTheCaret) 
     QTest::keyClick(keys(), Qt::Key_End, Qt::ControlModifier);
     type("\n\tx");
     EXPECT_EQ(frame.panels[1], "Line: 5 Col: 6") << "the column on screen: a tab reaches to the next multiple of 4";
+    // Text that changes under a caret that stays is told again: Delete, and a recovery's replacement.
+    view.SetText("Pause goto");
+    ASSERT_EQ(frame.panels[2], kPauseTip);
+    for (int i = 0; i < 6; ++i)
+        QTest::keyClick(keys(), Qt::Key_Delete);
+    EXPECT_EQ(frame.panels[2], kGotoTip);
+    view.document().DeleteImpl(0, 0, 4, 0);
+    view.document().InsertImpl(0, 0, QStringLiteral("pause"));
+    view.document().UpdateViews();
+    EXPECT_EQ(frame.panels[2], kPauseTip);
 }
 
 TEST_F(EditorEvents, WordSetsGiveEachKindOfTokenItsClassAndFollowTheCompilerKind) {
