@@ -2,14 +2,13 @@
 // running the same compiler by hand and waiting for it, in turns in the same run: a native compiler (a shell
 // script) and a Windows compiler under a warm Wine.
 #include "BenchMain.h"
+#include "BenchWorld.h"
 #include "core/ToolIds.h"
 #include "compile/CompilerScreen.h"
 #include "core/Globals.h"
 #include "core/Settings.h"
 #include "document/SourceView.h"
 #include "fakes/WinePrefix.h"
-#include "platform/PosixLauncher.h"
-#include "platform/PosixPaths.h"
 #include "platform/Wine.h"
 #include "NoPrompts.h"
 #include "platform/Prompts.h"
@@ -35,20 +34,12 @@ namespace {
 const QString kWaiting = QStringLiteral("Compiling Please Wait.....");
 
 // A frame with one document in a temp application directory, its compiler set.
-struct CompileWorld {
-    QTemporaryDir config, app;
+struct CompileWorld : BenchWorld {
     NoPrompts prompts;
-    PosixLauncher launcher;
-    PosixPaths paths{app.path()};
     std::unique_ptr<MDIMain> frame;
     QString source;
 
-    explicit CompileWorld(const QString& compiler) {
-        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
-        QFile::copy(QStringLiteral(QB_SOURCE_DIR "/data/device.ide"), app.filePath(QStringLiteral("device.ide")));
-        globals().prompts = &prompts;
-        globals().launcher = &launcher;
-        globals().paths = &paths;
+    explicit CompileWorld(const QString& compiler) : BenchWorld(prompts) {
         saveSetting(Key::CompilerPathName, compiler);
         saveSetting(Key::AutoCloseCW, QStringLiteral("0"));
         source = app.filePath(QStringLiteral("blink.pbp"));
