@@ -79,9 +79,7 @@ void Document::setAllText(const QByteArray& utf8) {
     sci().SendScintilla(Sci::SCI_SETSAVEPOINT);
     sci().SendScintilla(Sci::SCI_GOTOPOS, 0L);
     sci().setReadOnly(readOnly);
-    // The caret may stand where it stood, but on new text: what is told of it (the statement tip) is told
-    // anew.
-    view_.tellCaret();
+    view_.checkCaretMoved();
 }
 
 namespace {

@@ -34,7 +34,8 @@ struct SourceView::Impl {
     qint32 fore = 0, back = 0, textBack = 0, selFore = 0, selBack = 0;
     MarginStyle marginStyle = MarginStyle::None;
     int lastCol = -1, lastLine = -1;
-    // The caret's line changed while the caret stayed (Delete, Undo, a recovery): told again all the same.
+    // The caret's line changed while the caret stayed (Delete, Undo, a reload, a recovery): told again all
+    // the same.
     bool caretLineEdited = false;
     // QScintilla's notices before a change, and of a caret shown: cut off first when the view goes.
     QMetaObject::Connection textChanging, caretShown;
