@@ -19,12 +19,10 @@ constexpr int kWinepathRetryMs = 250;
 
 QStringList runWinepath(const QString& flag, const QStringList& paths) {
     const QString wine = wineProgram();
+    QStringList result(paths.size());
+    if (wine.isEmpty() || paths.isEmpty())
+        return result;
     for (int attempt = 1;; ++attempt) {
-        QStringList result;
-        for (qsizetype i = 0; i < paths.size(); ++i)
-            result << QString();
-        if (wine.isEmpty() || paths.isEmpty())
-            return result;
         QProcess p;
         p.setProcessEnvironment(wineEnvironment(QProcessEnvironment::systemEnvironment()));
         p.setStandardInputFile(QProcess::nullDevice());
@@ -33,7 +31,7 @@ QStringList runWinepath(const QString& flag, const QStringList& paths) {
         if (!p.waitForFinished(kWinepathWaitMs)) {
             p.kill();
             p.waitForFinished();
-            return result;
+            return QStringList(paths.size());
         }
         // One line per path; winepath leaves a line empty for a path it can't convert.
         const QStringList lines = QString::fromLocal8Bit(p.readAllStandardOutput()).split(QLatin1Char('\n'));
